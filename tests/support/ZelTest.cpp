@@ -1,0 +1,92 @@
+#include "tests/support/ZelTest.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+QtMessageHandler testHandler = nullptr;
+ZelTest *runningTest = nullptr;
+std::unique_ptr<QTemporaryDir> sandboxFolder;
+
+} // namespace
+
+ZelTest::ZelTest() = default;
+
+ZelTest::~ZelTest()
+{
+    if (runningTest == this) {
+        qInstallMessageHandler(nullptr);
+        runningTest = nullptr;
+    }
+}
+
+void ZelTest::expectWarning(const QString &pattern)
+{
+    m_expected.emplace_back(pattern);
+}
+
+void ZelTest::initTestCase_data()
+{
+    runningTest = this;
+    testHandler = qInstallMessageHandler(&ZelTest::handleMessage);
+}
+
+void ZelTest::handleMessage(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    const bool isWarning = type == QtWarningMsg || type == QtCriticalMsg;
+    if (isWarning && runningTest != nullptr && runningTest->isExpected(text)) {
+        return;
+    }
+    testHandler(type, context, text);
+    if (isWarning) {
+        QTest::qFail(qPrintable(QStringLiteral("unexpected warning: ") + text), __FILE__, __LINE__);
+    }
+}
+
+bool ZelTest::isExpected(const QString &text)
+{
+    const auto match =
+        std::find_if(m_expected.begin(), m_expected.end(),
+                     [&text](const QRegularExpression &e) { return e.match(text).hasMatch(); });
+    if (match == m_expected.end()) {
+        return false;
+    }
+    m_expected.erase(match);
+    return true;
+}
+
+TestSandbox::TestSandbox()
+{
+    sandboxFolder =
+        std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/zel-test-XXXXXX"));
+    const QDir root(sandboxFolder->path());
+    root.mkpath(QStringLiteral("temp"));
+    root.mkpath(QStringLiteral("config"));
+    const QByteArray temporary = QDir::toNativeSeparators(temporaryPath()).toLocal8Bit();
+    for (const char *name : {"TEMP", "TMP", "TMPDIR"}) {
+        qputenv(name, temporary);
+    }
+#ifdef Q_OS_UNIX
+    qputenv("LC_ALL", "C.UTF-8");
+    qputenv("XDG_CONFIG_HOME", root.filePath(QStringLiteral("config")).toLocal8Bit());
+#endif
+}
+
+TestSandbox::~TestSandbox()
+{
+    sandboxFolder.reset();
+}
+
+QString TestSandbox::path()
+{
+    return sandboxFolder->path();
+}
+
+QString TestSandbox::temporaryPath()
+{
+    return sandboxFolder->path() + QStringLiteral("/temp");
+}
