@@ -1,0 +1,30 @@
+#include "widgets/ButtonHoverWatcher.h"
+
+#include <QEvent>
+#include <QToolButton>
+
+ButtonHoverWatcher::ButtonHoverWatcher(const QIcon &normalIcon, const QIcon &hoverIcon,
+                                       QObject *parent)
+    : QObject(parent)
+    , m_normalIcon(normalIcon)
+    , m_hoverIcon(hoverIcon)
+{
+}
+
+bool ButtonHoverWatcher::eventFilter(QObject *watched, QEvent *event)
+{
+    auto *const button = qobject_cast<QToolButton *>(watched);
+    if (button == nullptr) {
+        return QObject::eventFilter(watched, event);
+    }
+    switch (event->type()) {
+    case QEvent::Enter:
+        button->setIcon(m_hoverIcon);
+        return true;
+    case QEvent::Leave:
+        button->setIcon(m_normalIcon);
+        return true;
+    default:
+        return QObject::eventFilter(watched, event);
+    }
+}
