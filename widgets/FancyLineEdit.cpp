@@ -94,14 +94,11 @@ void FancyLineEdit::placeLabels()
 {
     QStyleOptionFrame option;
     initStyleOption(&option);
+    // Where the field centres its own text, so that all three texts stand on one base line.
     const QRect contents = style()->subElementRect(QStyle::SE_LineEditContents, &option, this);
-    // The field centres its text with an odd pixel above it, a label with the odd pixel below. One
-    // more pixel of height brings the label's text onto the field's base line.
-    const int top = contents.top();
-    const int height = contents.height() + 1;
-
-    m_leadingLabel->setGeometry(m_scale.px(2), top, textAdvance(m_leadingLabel), height);
+    m_leadingLabel->setGeometry(m_scale.px(2), contents.top(), textAdvance(m_leadingLabel),
+                                contents.height());
     const int trailingWidth = textAdvance(m_trailingLabel);
-    m_trailingLabel->setGeometry(width() - m_scale.px(3) - trailingWidth, top, trailingWidth,
-                                 height);
+    m_trailingLabel->setGeometry(width() - m_scale.px(3) - trailingWidth, contents.top(),
+                                 trailingWidth, contents.height());
 }

@@ -19,7 +19,7 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int kErrorMarkRoom = 5;
+constexpr int kErrorMarkRoom = 4;
 }
 
 PathSelector::PathSelector(const QString &caption, PathKind kind, QWidget *parent)
