@@ -1,0 +1,81 @@
+#pragma once
+
+#include "common/Scale.h"
+
+#include <QTableView>
+
+#include <vector>
+
+class ButtonItemDelegate;
+class QAbstractItemDelegate;
+
+/// One column of a rule table.
+struct RuleTableColumn
+{
+    enum class Editor { SpinBox, LineEdit, DeleteButton };
+
+    Editor editor;
+    double widthFactor;   ///< Width of the contents over that of the measured header text.
+    int measuredColumn;   ///< The column whose header text is measured.
+    bool takesSpareWidth; ///< Whether the column widens when the view is wider than all columns.
+    const char *expression = nullptr; ///< Line edit: what the text must match.
+    const char *prompt = nullptr;     ///< Line edit: source text to translate in the view's class.
+};
+
+/// Shows and edits a table of rules: one editor a column, sorting by a click on a header, copying
+/// of whole rows, and a button on each row that removes it at once.
+///
+/// The model is expected to sort; row numbers are those of the view.
+class RuleTableView : public QTableView
+{
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(RuleTableView)
+
+public:
+    /// Creates the column editors as well; they serve every later model.
+    void setModel(QAbstractItemModel *model) override;
+
+    /// Computes the preferred width of each column. They take effect with the next resize.
+    void recomputeColumnWidths();
+
+    /// Sets the minimum height so that the header and one row are seen.
+    void updateMinimumHeight();
+
+    /// Scrolls to @p index, an index of the view's model, selects its row and opens its editor,
+    /// after an edit in progress has been brought to its end. Does nothing for an invalid index.
+    void beginEditing(const QModelIndex &index);
+
+signals:
+    /// The delete button of @p row was clicked; the row is still there and is removed next. The
+    /// name is deliberately the same for all rules.
+    void onDeleteMaskValidationRule(int row);
+
+protected:
+    /// Exactly one of @p columns is a delete button, the last one.
+    RuleTableView(std::vector<RuleTableColumn> columns, QWidget *parent);
+
+    void keyPressEvent(QKeyEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    /// Tab and Backtab pass over the delete column, where nothing can be entered.
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+
+private:
+    void setUpHeaders();
+    void setUpLook();
+    void installDelegates();
+    [[nodiscard]] QAbstractItemDelegate *createDelegate(const RuleTableColumn &column);
+    [[nodiscard]] int deleteColumn() const;
+    [[nodiscard]] int scaledFrameWidth() const;
+    [[nodiscard]] QString selectionAsText() const;
+
+    void removeRow(int row);
+    void keepSortable(int column, Qt::SortOrder order);
+
+    std::vector<RuleTableColumn> m_columns;
+    Scale m_scale;
+    ButtonItemDelegate *m_deleteDelegate = nullptr;
+    std::vector<int> m_columnWidths;
+    int m_columnWidthSum = 0;
+    int m_sortColumn = 0;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+};
