@@ -7,8 +7,8 @@ set -eu
 resources=$1
 for tool in rsvg-convert icotool; do
     if ! command -v "$tool" >/dev/null; then
-        echo "skipped: $tool, with which the icons are rendered, is not installed"
-        exit 77
+        echo "$tool is not installed (Debian packages librsvg2-bin and icoutils)"
+        exit 1
     fi
 done
 
