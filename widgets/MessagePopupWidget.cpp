@@ -4,10 +4,12 @@
 #include "widgets/MessagePopupWidget_p.h"
 
 #include <QAccessible>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QPropertyAnimation>
 #include <QScreen>
 #include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 #include <array>
@@ -80,7 +82,17 @@ void MessagePopupWidgetPrivate::init()
     showDelay = new QTimer(this);
     showDelay->setSingleShot(true);
     showDelay->setInterval(kShowDelay);
-    connect(showDelay, &QTimer::timeout, q, qOverload<>(&PopupWidget::showPopup));
+    connect(showDelay, &QTimer::timeout, this, &MessagePopupWidgetPrivate::showOnScreen);
+}
+
+bool MessagePopupWidgetPrivate::eventFilter(QObject *watched, QEvent *event)
+{
+    if (awaitedWindow != nullptr && watched == awaitedWindow && event->type() == QEvent::Expose
+        && awaitedWindow->isExposed()) {
+        stopWaiting();
+        showDelay->start();
+    }
+    return DrivenPopupWidgetPrivate::eventFilter(watched, event);
 }
 
 void MessagePopupWidgetPrivate::setAlignment(Qt::Alignment newAlignment)
@@ -114,7 +126,33 @@ void MessagePopupWidgetPrivate::showMessage(const QString &text, int type)
     label->setText(text);
     q->setAccessibleName(text);
     measure();
+    stopWaiting();
     showDelay->start();
+}
+
+void MessagePopupWidgetPrivate::cancelMessage()
+{
+    showDelay->stop();
+    stopWaiting();
+}
+
+void MessagePopupWidgetPrivate::showOnScreen()
+{
+    QWindow *window = baseWidget != nullptr ? baseWidget->window()->windowHandle() : nullptr;
+    if (window != nullptr && window->isVisible() && !window->isExposed()) {
+        awaitedWindow = window;
+        window->installEventFilter(this);
+        return;
+    }
+    q->showPopup();
+}
+
+void MessagePopupWidgetPrivate::stopWaiting()
+{
+    if (awaitedWindow != nullptr) {
+        awaitedWindow->removeEventFilter(this);
+        awaitedWindow.clear();
+    }
 }
 
 void MessagePopupWidgetPrivate::applyStyle(int type)
@@ -193,7 +231,7 @@ void MessagePopupWidget::setMargin(Qt::Alignment alignment)
 
 void MessagePopupWidget::hidePopup()
 {
-    messagePrivate()->showDelay->stop();
+    messagePrivate()->cancelMessage();
     DrivenPopupWidget::hidePopup();
 }
 

@@ -6,6 +6,7 @@
 class MessageLabel;
 class QHBoxLayout;
 class QTimer;
+class QWindow;
 
 /// The frame and the label of a message, and how they are styled and measured.
 class MessagePopupWidgetPrivate : public DrivenPopupWidgetPrivate
@@ -18,10 +19,13 @@ public:
     ~MessagePopupWidgetPrivate() override;
 
     void init() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void setAlignment(Qt::Alignment newAlignment) override;
     void setMargin(Qt::Alignment sides);
 
     void showMessage(const QString &text, int type);
+    /// Drops a message that has not appeared yet.
+    void cancelMessage();
     /// Lets the label break lines that are wider than the base widget.
     void fitToBaseWidget();
 
@@ -31,10 +35,16 @@ public:
     Scale scale{96.0};
     /// Delays the show until the popup has been measured.
     QTimer *showDelay = nullptr;
+    /// The base widget's window, while a message waits for it to get onto the screen.
+    QPointer<QWindow> awaitedWindow;
 
 private:
     void applyStyle(int type);
     void measure();
+    /// Shows the popup, but not before the base widget's window is on the screen: until then it may
+    /// still be moved by the window manager, which would hide the popup unseen.
+    void showOnScreen();
+    void stopWaiting();
     void activateLayouts();
     [[nodiscard]] int widestLine() const;
 };

@@ -161,6 +161,8 @@ void PopupWidgetPrivate::finishEffect()
     }
     const bool opened = currentAnimation()->direction() == QAbstractAnimation::Forward;
     if (opened) {
+        // The base widget or the window manager may have moved meanwhile.
+        q->setGeometry(placement());
         q->show();
         effectLabel->hide();
     } else {
