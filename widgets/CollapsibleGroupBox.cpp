@@ -6,7 +6,8 @@
 #include <QScopedValueRollback>
 #include <QSize>
 #include <QStyle>
-#include <QStyleOptionGroupBox>
+#include <QStyleOption>
+#include <QStylePainter>
 #include <QVariant>
 
 #include <utility>
@@ -53,6 +54,7 @@ public:
 
     void initialise();
     [[nodiscard]] QString styleSheet() const;
+    [[nodiscard]] QRect titlePart(QStyle::SubControl part) const;
     [[nodiscard]] int titleHeight() const;
     void collapse();
     void restoreSize();
@@ -100,16 +102,16 @@ QString CollapsibleGroupBoxPrivate::styleSheet() const
            + indicatorImage("unchecked:hover", images.uncheckedHover);
 }
 
-int CollapsibleGroupBoxPrivate::titleHeight() const
+QRect CollapsibleGroupBoxPrivate::titlePart(QStyle::SubControl part) const
 {
-    if (q->title().isEmpty()) {
-        return 0;
-    }
     QStyleOptionGroupBox option;
     q->initStyleOption(&option);
-    return q->style()
-        ->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, q)
-        .height();
+    return q->style()->subControlRect(QStyle::CC_GroupBox, &option, part, q);
+}
+
+int CollapsibleGroupBoxPrivate::titleHeight() const
+{
+    return q->title().isEmpty() ? 0 : titlePart(QStyle::SC_GroupBoxLabel).height();
 }
 
 void CollapsibleGroupBoxPrivate::collapse()
@@ -223,6 +225,20 @@ void CollapsibleGroupBox::childEvent(QChildEvent *event)
         event->child()->removeEventFilter(this);
     }
     QGroupBox::childEvent(event);
+}
+
+void CollapsibleGroupBox::paintEvent(QPaintEvent *event)
+{
+    QGroupBox::paintEvent(event);
+    if (!hasFocus() || !title().isEmpty()) {
+        return;
+    }
+    // The style marks the keyboard focus on the title, so a box without one would not show it.
+    QStylePainter painter(this);
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    option.rect = d->titlePart(QStyle::SC_GroupBoxCheckBox);
+    painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
 }
 
 bool CollapsibleGroupBox::eventFilter(QObject *watched, QEvent *event)

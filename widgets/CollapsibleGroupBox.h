@@ -46,6 +46,7 @@ signals:
 
 protected:
     void childEvent(QChildEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     friend class CollapsibleGroupBoxPrivate;
