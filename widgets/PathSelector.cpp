@@ -86,6 +86,11 @@ void PathSelector::arrange()
     m_outerLayout->setAlignment(row, Qt::AlignVCenter);
 }
 
+QString PathSelector::enteredPath() const
+{
+    return m_pathField->text();
+}
+
 void PathSelector::setPath(const QString &path)
 {
     m_pathField->setText(path);

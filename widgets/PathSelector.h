@@ -38,6 +38,8 @@ public:
 
     /// The path accepted last, not what is being typed.
     [[nodiscard]] QString path() const { return m_path; }
+    /// What the field shows: the accepted path, or what was typed and has not been accepted.
+    [[nodiscard]] QString enteredPath() const;
     /// Shows @p path and accepts it unchecked.
     void setPath(const QString &path);
 

@@ -354,7 +354,12 @@ PopupWidget::PopupWidget(PopupWidgetPrivate &priv, QWidget *baseWidget)
     d->setBaseWidget(baseWidget);
 }
 
-PopupWidget::~PopupWidget() = default;
+PopupWidget::~PopupWidget()
+{
+    // An animation that dies at its end still reports it, too late for this object.
+    d->fadeAnimation->disconnect(this);
+    d->scrollAnimation->disconnect(this);
+}
 
 QWidget *PopupWidget::baseWidget() const
 {

@@ -1,6 +1,8 @@
 #include "tests/support/ZelTest.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -61,6 +63,8 @@ bool ZelTest::isExpected(const QString &text)
 
 TestSandbox::TestSandbox()
 {
+    // The toolkit's own file dialogs can be driven by a test; the platform's cannot.
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     sandboxFolder =
         std::make_unique<QTemporaryDir>(QDir::tempPath() + QStringLiteral("/zel-test-XXXXXX"));
     const QDir root(sandboxFolder->path());
@@ -72,6 +76,10 @@ TestSandbox::TestSandbox()
     }
 #ifdef Q_OS_UNIX
     qputenv("LC_ALL", "C.UTF-8");
+    root.mkpath(QStringLiteral("runtime"));
+    const QString runtime = root.filePath(QStringLiteral("runtime"));
+    QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("XDG_RUNTIME_DIR", runtime.toLocal8Bit());
     qputenv("XDG_CONFIG_HOME", root.filePath(QStringLiteral("config")).toLocal8Bit());
 #endif
 }

@@ -18,7 +18,7 @@ cleanup() {
 trap cleanup EXIT
 
 mkfifo "$scratch/display"
-Xvfb -displayfd 3 -screen 0 "${SCREEN:-1600x1000x24}" -nolisten tcp -noreset \
+Xvfb -displayfd 3 -screen 0 "${SCREEN:-1600x1000x24}" -dpi 96 -nolisten tcp -noreset \
     3>"$scratch/display" >"$scratch/server.log" 2>&1 &
 server=$!
 if ! read -r -t 30 number <"$scratch/display"; then
