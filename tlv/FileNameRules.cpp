@@ -37,11 +37,15 @@ bool isDeviceName(const QString &name)
 
 const FileNameRules kPosixFileNames = {QLatin1String("/"), true, true, false};
 const FileNameRules kWindowsFileNames = {QLatin1String("/\\:*?\"<>|"), false, false, true};
+
+const FileNameRules &nativeFileNames()
+{
 #ifdef Q_OS_WIN
-const FileNameRules &kNativeFileNames = kWindowsFileNames;
+    return kWindowsFileNames;
 #else
-const FileNameRules &kNativeFileNames = kPosixFileNames;
+    return kPosixFileNames;
 #endif
+}
 
 bool isPlainFileName(const QString &name, const FileNameRules &rules)
 {

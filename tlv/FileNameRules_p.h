@@ -17,8 +17,9 @@ struct FileNameRules
 
 extern const FileNameRules kPosixFileNames;
 extern const FileNameRules kWindowsFileNames;
+
 /// The rules of the system that the program runs on.
-extern const FileNameRules &kNativeFileNames;
+[[nodiscard]] const FileNameRules &nativeFileNames();
 
 /// Whether @p name, put behind a folder, names a file in that very folder and nothing else: not a
 /// path, a folder, a device or a stream.

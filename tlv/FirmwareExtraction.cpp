@@ -4,6 +4,7 @@
 #include "tlv/FileNameRules_p.h"
 #include "tlv/PackageRecord.h"
 
+#include <QByteArray>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -16,6 +17,8 @@ namespace tlv {
 namespace {
 
 constexpr int kStampDigits = 13;
+/// Longest path that any system takes, in bytes of UTF-8.
+constexpr int kLongestPath = 3 * 32767;
 
 /// Whether @p path leads out of a folder through a link.
 bool isLink(const QString &path)
@@ -43,22 +46,27 @@ QString extractionFolder()
 /// The server and the share that @p path begins with; empty for a path on this machine.
 QString networkShare(const QString &path)
 {
-    const QString text = QString(path).replace(QLatin1Char('\\'), QLatin1Char('/')).trimmed();
-    if (!text.startsWith(QLatin1String("//"))) {
+    const QString text = path.trimmed().replace(QLatin1Char('\\'), QLatin1Char('/'));
+    if (!text.startsWith(QLatin1String("//")) && !text.startsWith(QLatin1String("/\?\?/"))) {
         return {};
     }
-    return text.section(QLatin1Char('/'), 0, 3, QString::SectionDefault).toCaseFolded();
+    return text.section(QLatin1Char('/'), 0, 3).toCaseFolded();
 }
 
-/// Whether the file that @p storedPath names exists in @p folder.
+/// Whether the file that @p storedPath, UTF-8, names exists in @p folder.
 ///
 /// A path on a network share is looked at only if the folder lies on that share: whoever made the
 /// package must not make this machine connect to another.
-bool existsInFolder(const QString &storedPath, const QString &folder)
+bool existsInFolder(const QByteArray &storedPath, const QString &folder)
 {
-    const QString path = normalizePath(storedPath);
-    if (path.isEmpty() || path.contains(QChar::Null)
-        || networkShare(storedPath) != networkShare(folder)) {
+    if (storedPath.size() > kLongestPath || storedPath.contains('\0')) {
+        return false;
+    }
+    const QString text = QString::fromUtf8(storedPath);
+    const QString path = normalizePath(text);
+    const QString share = networkShare(folder);
+    // Cleaning a path can take a share away from it as well as bring one to light.
+    if (path.isEmpty() || networkShare(text) != share || networkShare(path) != share) {
         return false;
     }
     return QDir::toNativeSeparators(QFileInfo(path).canonicalPath()) == folder;
@@ -86,8 +94,23 @@ QString extractionName(const PackageRecord &record, const QString &packageName,
 {
     const QString storedName = QString::fromUtf8(record.firmwareFileName);
     const QString name = storedName.isEmpty() ? packageName : storedName;
-    const QString storedPath = QString::fromUtf8(record.firmwareFilePath);
-    return isStamped() || existsInFolder(storedPath, folder) ? name : stampedName(name);
+    return isStamped() || existsInFolder(record.firmwareFilePath, folder) ? name
+                                                                          : stampedName(name);
+}
+
+/// Whether @p name stays a plain file name when the file is opened: the local encoding may put a
+/// separator in the place of a character that it lacks.
+bool isSafeName(const QString &name)
+{
+    return isPlainFileName(name, nativeFileNames())
+           && isPlainFileName(QString::fromLocal8Bit(name.toLocal8Bit()), nativeFileNames());
+}
+
+/// Whether @p path is free to be written: nothing is there yet, or a file that is no link.
+bool isSafeTarget(const QString &path)
+{
+    const QFileInfo info(path);
+    return !isLink(path) && (!info.exists() || info.isFile());
 }
 
 } // namespace
@@ -95,17 +118,12 @@ QString extractionName(const PackageRecord &record, const QString &packageName,
 QString firmwareExtractionPath(const PackageRecord &record, const QString &packageName)
 {
     const QString folder = extractionFolder();
-    if (folder.isEmpty()) {
+    if (folder.isEmpty() || record.firmwareFileName.size() > kLongestPath) {
         return {};
     }
     const QString name = extractionName(record, packageName, folder);
-    if (!isPlainFileName(name, kNativeFileNames)) {
-        return {};
-    }
     const QString path = folder + QDir::separator() + name;
-    const QFileInfo info(path);
-    const bool isTaken = isLink(path) || (info.exists() && !info.isFile());
-    return isTaken ? QString() : path;
+    return isSafeName(name) && isSafeTarget(path) ? path : QString();
 }
 
 } // namespace tlv

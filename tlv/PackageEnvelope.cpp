@@ -78,9 +78,8 @@ bool readChecksum(QDataStream &stream, quint16 expected)
     return stream.status() == QDataStream::Ok && checksum == expected;
 }
 
-/// What @p block holds; empty when it is damaged, or claims to hold more than it can.
-///
-/// A claim that is merely wrong does no harm, and is followed by neither qUncompress() nor this.
+/// What @p block holds; empty when it is damaged, or claims to hold more than any block of its size
+/// can, as memory is set aside for the claim. A claim that is wrong but possible is let pass.
 QByteArray expanded(const QByteArray &block)
 {
     if (block.size() <= kBlockHeaderLength) {
