@@ -20,7 +20,7 @@ QString environmentValue(const char *placeholder)
 QString temporaryFallback()
 {
     for (const char *placeholder : {"%TMP%", "%TMPDIR%"}) {
-        const QString value = environmentValue(placeholder);
+        QString value = environmentValue(placeholder);
         if (!value.isEmpty()) {
             return value;
         }

@@ -36,7 +36,7 @@ QString extractionFolder()
         return {};
     }
     const QString maker = temporary + QDir::separator() + QStringLiteral("Halvorn Drives");
-    const QString folder = maker + QDir::separator() + QStringLiteral("ZEL File Creator");
+    QString folder = maker + QDir::separator() + QStringLiteral("ZEL File Creator");
     if (isLink(maker) || isLink(folder) || !QDir().mkpath(folder)) {
         return {};
     }
