@@ -13,7 +13,10 @@ QStringList brokenLines(const QString &paragraph, const QFont &font, int width)
 {
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    QTextLayout layout(paragraph, font);
+    // Paths break behind a slash; measured as one, a backslash does the same.
+    QString measured = paragraph;
+    measured.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    QTextLayout layout(measured, font);
     layout.setTextOption(option);
 
     QStringList lines;

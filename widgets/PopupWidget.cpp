@@ -25,6 +25,15 @@ QColor faded(QColor color, double alpha)
     return color;
 }
 
+/// Unlike QWidget::isAncestorOf(), this sees through the borders of windows.
+bool isInFamily(const QWidget *root, const QWidget *widget)
+{
+    while (widget != nullptr && widget != root) {
+        widget = widget->parentWidget();
+    }
+    return widget != nullptr;
+}
+
 } // namespace
 
 PopupWidgetPrivate::PopupWidgetPrivate() = default;
@@ -177,7 +186,7 @@ void PopupWidgetPrivate::hideAtOnce()
     q->hide();
     effectLabel->hide();
     QWidget *activePopup = QApplication::activePopupWidget();
-    if (activePopup != nullptr && (activePopup == q || q->isAncestorOf(activePopup))) {
+    if (isInFamily(q, activePopup)) {
         activePopup->close();
     }
 }
