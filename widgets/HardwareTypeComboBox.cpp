@@ -1,5 +1,6 @@
 #include "widgets/HardwareTypeComboBox.h"
 
+#include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QLoggingCategory>
@@ -40,6 +41,14 @@ bool HardwareTypeComboBox::event(QEvent *event)
         }
     }
     return QComboBox::event(event);
+}
+
+void HardwareTypeComboBox::showPopup()
+{
+    QComboBox::showPopup();
+    // Opening the list ended the editing, which may have selected another item than the one that
+    // the list was opened with.
+    view()->setCurrentIndex(model()->index(currentIndex(), modelColumn(), rootModelIndex()));
 }
 
 void HardwareTypeComboBox::insertNewHardwareType()

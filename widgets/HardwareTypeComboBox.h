@@ -19,6 +19,7 @@ public:
     void setHardwareType(const QString &label, quint32 value);
 
     bool event(QEvent *event) override;
+    void showPopup() override;
 
 public slots:
     /// Takes what is typed: a decimal number selects its type, which is added when it is new; any
