@@ -3,11 +3,12 @@
 #include <QEvent>
 #include <QToolButton>
 
-ButtonHoverWatcher::ButtonHoverWatcher(const QIcon &normalIcon, const QIcon &hoverIcon,
-                                       QObject *parent)
+#include <utility>
+
+ButtonHoverWatcher::ButtonHoverWatcher(QIcon normalIcon, QIcon hoverIcon, QObject *parent)
     : QObject(parent)
-    , m_normalIcon(normalIcon)
-    , m_hoverIcon(hoverIcon)
+    , m_normalIcon(std::move(normalIcon))
+    , m_hoverIcon(std::move(hoverIcon))
 {
 }
 

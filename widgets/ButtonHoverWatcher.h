@@ -13,7 +13,7 @@ class ButtonHoverWatcher final : public QObject
     Q_DISABLE_COPY_MOVE(ButtonHoverWatcher)
 
 public:
-    ButtonHoverWatcher(const QIcon &normalIcon, const QIcon &hoverIcon, QObject *parent = nullptr);
+    ButtonHoverWatcher(QIcon normalIcon, QIcon hoverIcon, QObject *parent = nullptr);
 
     /// Consumes what tells a tool button that the mouse enters or leaves it. So the button's own
     /// hover look does not react, which is deliberate.

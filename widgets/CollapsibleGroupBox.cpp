@@ -57,7 +57,7 @@ public:
     [[nodiscard]] QRect titlePart(QStyle::SubControl part) const;
     [[nodiscard]] int titleHeight() const;
     void collapse();
-    void restoreSize();
+    void restoreSize() const;
     void updateChild(QWidget *child);
     void updateChildren();
 
@@ -120,7 +120,7 @@ void CollapsibleGroupBoxPrivate::collapse()
     q->setMaximumHeight(titleHeight() + collapsedHeight);
 }
 
-void CollapsibleGroupBoxPrivate::restoreSize()
+void CollapsibleGroupBoxPrivate::restoreSize() const
 {
     q->setMaximumHeight(savedMaximumHeight);
     q->resize(savedSize);

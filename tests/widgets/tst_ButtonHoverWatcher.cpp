@@ -17,7 +17,7 @@ QIcon plainIcon(Qt::GlobalColor color)
 {
     QPixmap pixmap(16, 16);
     pixmap.fill(color);
-    return QIcon(pixmap);
+    return {pixmap};
 }
 
 /// Notes the enter and leave events that reach an object.

@@ -201,12 +201,21 @@ void tst_PathSelector::partsStandInOneRow()
 {
     const Form form(PathSelector::File);
     QCOMPARE(form.selector->layout()->contentsMargins(), QMargins());
-    const auto *const row = form.selector->findChild<QGridLayout *>();
-    QVERIFY(row != nullptr);
-    QVERIFY(row->itemAtPosition(0, 0)->widget() == form.caption);
-    QVERIFY(row->itemAtPosition(0, 1)->widget() == form.field);
-    QVERIFY(row->itemAtPosition(0, 2)->widget() == form.browse);
-    QVERIFY(row->itemAtPosition(0, 3)->widget() == form.open);
+    const auto *const grid = form.selector->findChild<QGridLayout *>();
+    QVERIFY(grid != nullptr);
+    QCOMPARE(grid->rowCount(), 1);
+    const auto columnOf = [grid](QWidget *part) {
+        int row = 0;
+        int column = 0;
+        int rowSpan = 0;
+        int columnSpan = 0;
+        grid->getItemPosition(grid->indexOf(part), &row, &column, &rowSpan, &columnSpan);
+        return column;
+    };
+    QCOMPARE(columnOf(form.caption), 0);
+    QCOMPARE(columnOf(form.field), 1);
+    QCOMPARE(columnOf(form.browse), 2);
+    QCOMPARE(columnOf(form.open), 3);
 }
 
 void tst_PathSelector::partsAreSetUp()
