@@ -9,14 +9,17 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QResizeEvent>
 #include <QScrollBar>
 #include <QStyle>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <tuple>
 #include <utility>
 
 RuleTableView::RuleTableView(std::vector<RuleTableColumn> columns, QWidget *parent)
@@ -185,6 +188,44 @@ void RuleTableView::resizeEvent(QResizeEvent *event)
         const int extra = m_columns[column].takesSpareWidth ? spareWidth : 0;
         horizontalHeader()->resizeSection(static_cast<int>(column), m_columnWidths[column] + extra);
     }
+}
+
+void RuleTableView::commitData(QWidget *editor)
+{
+    const QPersistentModelIndex edited(currentIndex());
+    const int oldRow = edited.row();
+    QTableView::commitData(editor);
+    std::tie(m_firstMovedRow, m_lastMovedRow) = std::minmax(oldRow, edited.row());
+    QTimer::singleShot(0, this, [this] { m_lastMovedRow = -1; });
+}
+
+void RuleTableView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    QTableView::closeEditor(editor, hint);
+    if (hint == QAbstractItemDelegate::SubmitModelCache) {
+        scrollTo(currentIndex());
+    }
+}
+
+void RuleTableView::mousePressEvent(QMouseEvent *event)
+{
+    // The press takes the focus from an editor before it arrives here. When that edit has sorted
+    // another rule under the pointer, the click must not remove it.
+    const int row = rowAt(event->pos().y());
+    m_clickIsVoid =
+        m_firstMovedRow != m_lastMovedRow && row >= m_firstMovedRow && row <= m_lastMovedRow;
+    QTableView::mousePressEvent(event);
+}
+
+void RuleTableView::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (!std::exchange(m_clickIsVoid, false)) {
+        QTableView::mouseReleaseEvent(event);
+        return;
+    }
+    QMouseEvent besideAllCells(event->type(), QPointF(-1, -1), event->button(), event->buttons(),
+                               event->modifiers());
+    QTableView::mouseReleaseEvent(&besideAllCells);
 }
 
 void RuleTableView::keyPressEvent(QKeyEvent *event)

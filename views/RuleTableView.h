@@ -2,12 +2,12 @@
 
 #include "common/Scale.h"
 
+#include <QAbstractItemDelegate>
 #include <QTableView>
 
 #include <vector>
 
 class ButtonItemDelegate;
-class QAbstractItemDelegate;
 
 /// One column of a rule table.
 struct RuleTableColumn
@@ -55,9 +55,17 @@ protected:
     RuleTableView(std::vector<RuleTableColumn> columns, QWidget *parent);
 
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     /// Tab and Backtab pass over the delete column, where nothing can be entered.
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+
+protected slots:
+    /// Notes which rows the edit moves, for the click that may have ended it.
+    void commitData(QWidget *editor) override;
+    /// After Enter the edited rule stays in sight, wherever the sorting has put it.
+    void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
 
 private:
     void setUpHeaders();
@@ -78,4 +86,9 @@ private:
     int m_columnWidthSum = 0;
     int m_sortColumn = 0;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    /// The rows between which the edit that was just committed has moved its rule.
+    int m_firstMovedRow = 0;
+    int m_lastMovedRow = -1;
+    bool m_clickIsVoid =
+        false; ///< Whether the pressed mouse button has hit another rule than aimed at.
 };

@@ -14,6 +14,8 @@ QWidget *SpinBoxDelegate::createEditor(QWidget *parent, const QStyleOptionViewIt
 {
     auto *spinBox = new QSpinBox(parent);
     spinBox->setFrame(false);
+    // Without a frame the cell would shine through around the arrows.
+    spinBox->setAutoFillBackground(true);
     spinBox->setRange(m_minimum, m_maximum);
     return spinBox;
 }
