@@ -167,12 +167,12 @@ void RuleTableView::updateMinimumHeight()
 
 void RuleTableView::beginEditing(const QModelIndex &index)
 {
+    if (!index.isValid()) {
+        return;
+    }
     const QPersistentModelIndex target(index);
     // Ends an edit in progress, which may sort the rows anew.
     setFocus();
-    if (!target.isValid()) {
-        return;
-    }
     setCurrentIndex(target);
     scrollTo(target);
     edit(target);
@@ -195,8 +195,10 @@ void RuleTableView::commitData(QWidget *editor)
     const QPersistentModelIndex edited(currentIndex());
     const int oldRow = edited.row();
     QTableView::commitData(editor);
-    std::tie(m_firstMovedRow, m_lastMovedRow) = std::minmax(oldRow, edited.row());
-    QTimer::singleShot(0, this, [this] { m_lastMovedRow = -1; });
+    if (edited.row() != oldRow) {
+        std::tie(m_firstMovedRow, m_lastMovedRow) = std::minmax(oldRow, edited.row());
+        QTimer::singleShot(0, this, [this] { m_lastMovedRow = -1; });
+    }
 }
 
 void RuleTableView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)
@@ -212,8 +214,8 @@ void RuleTableView::mousePressEvent(QMouseEvent *event)
     // The press takes the focus from an editor before it arrives here. When that edit has sorted
     // another rule under the pointer, the click must not remove it.
     const int row = rowAt(event->pos().y());
-    m_clickIsVoid =
-        m_firstMovedRow != m_lastMovedRow && row >= m_firstMovedRow && row <= m_lastMovedRow;
+    m_clickIsVoid = row >= m_firstMovedRow && row <= m_lastMovedRow;
+    m_lastMovedRow = -1;
     QTableView::mousePressEvent(event);
 }
 

@@ -89,6 +89,6 @@ private:
     /// The rows between which the edit that was just committed has moved its rule.
     int m_firstMovedRow = 0;
     int m_lastMovedRow = -1;
-    bool m_clickIsVoid =
-        false; ///< Whether the pressed mouse button has hit another rule than aimed at.
+    /// Whether the pressed mouse button has hit another rule than the one aimed at.
+    bool m_clickIsVoid = false;
 };
