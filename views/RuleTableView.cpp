@@ -37,9 +37,10 @@ RuleTableView::RuleTableView(std::vector<RuleTableColumn> columns, QWidget *pare
     setUpHeaders();
     setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
     setFrameStyle(QFrame::StyledPanel | QFrame::Plain);
-    verticalScrollBar()->setSingleStep(verticalHeader()->defaultSectionSize());
     sortByColumn(m_sortColumn, m_sortOrder);
     setUpLook();
+    // One row, also in a style that scrolls tables by the pixel.
+    verticalScrollBar()->setSingleStep(verticalHeader()->defaultSectionSize());
 }
 
 void RuleTableView::setUpHeaders()
