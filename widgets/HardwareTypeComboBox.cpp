@@ -33,7 +33,7 @@ bool HardwareTypeComboBox::event(QEvent *event)
 {
     if (event->type() == QEvent::KeyPress) {
         const auto *const press = static_cast<QKeyEvent *>(event);
-        qCDebug(logHardwareType) << press;
+        qCDebug(logHardwareType, "Key press: 0x%08x", static_cast<unsigned int>(press->key()));
         // Kept from the line edit, so that the combo box never adds the text by its own rules.
         if (press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter) {
             event->ignore();

@@ -6,8 +6,6 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QMetaEnum>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QVBoxLayout>
 
@@ -356,11 +354,12 @@ void tst_HardwareTypeComboBox::otherKeysAreTheComboBoxesOwn()
 
 void tst_HardwareTypeComboBox::everyKeyPressIsLogged()
 {
-    for (const Qt::Key key : {Qt::Key_7, Qt::Key_Down, Qt::Key_Return}) {
-        const QString name = QString::fromLatin1(QMetaEnum::fromType<Qt::Key>().valueToKey(key));
-        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QLatin1String("KeyPress, ") + name));
-        QTest::keyClick(m_box, key);
-    }
+    QTest::ignoreMessage(QtDebugMsg, "Key press: 0x00000037");
+    QTest::keyClick(m_box, Qt::Key_7);
+    QTest::ignoreMessage(QtDebugMsg, "Key press: 0x01000015");
+    QTest::keyClick(m_box, Qt::Key_Down);
+    QTest::ignoreMessage(QtDebugMsg, "Key press: 0x01000004");
+    QTest::keyClick(m_box, Qt::Key_Return);
 }
 
 void tst_HardwareTypeComboBox::openingTheListTakesWhatIsTyped()
