@@ -287,6 +287,9 @@ void ZelCreator::setInitialSize()
     const bool tooLarge =
         preferred.width() > available.width() || heightWithFrame > available.height();
     if (!available.isEmpty() && tooLarge) {
+        if (minimumSizeHint().height() > available.height()) {
+            m_form->makePagesScrollable();
+        }
         showMaximized();
         return;
     }

@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
+#include <QScrollArea>
 #include <QSortFilterProxyModel>
 #include <QSpinBox>
 #include <QTabWidget>
@@ -32,6 +33,8 @@ constexpr int kFieldWidth = 160;
 constexpr int kButtonHeight = 27;
 constexpr int kAddIconSize = 20;
 constexpr int kPageMargin = 11;
+/// Past the information box's indicator.
+constexpr int kInfoTextIndent = 32;
 constexpr int kRowSpacing = 6;
 constexpr int kColumnSpacing = 8;
 
@@ -60,10 +63,16 @@ QValidator *createValidator(const QString &pattern, QObject *parent)
     return new QRegularExpressionValidator(QRegularExpression(pattern), parent);
 }
 
+template <typename View>
+RuleTableView *createView(QWidget *parent)
+{
+    return new View(parent);
+}
+
 } // namespace
 
 /// What tells one rule group from the other.
-struct ZelCreatorForm::RuleTexts
+struct ZelCreatorForm::RuleGroup
 {
     QString title;
     QString info;
@@ -73,6 +82,7 @@ struct ZelCreatorForm::RuleTexts
     QString addButtonName;
     QString tableName;
     QString tableAccessibleName;
+    RuleTableView *(*createTable)(QWidget *parent);
 };
 
 ZelCreatorForm::ZelCreatorForm(QAbstractItemModel *maskModel, QAbstractItemModel *tokenModel,
@@ -106,6 +116,22 @@ ZelCreatorForm::ZelCreatorForm(QAbstractItemModel *maskModel, QAbstractItemModel
     layout->addLayout(createBottomRow());
 
     alignRows();
+}
+
+void ZelCreatorForm::makePagesScrollable()
+{
+    for (int tab = 0; tab < tabWidget->count(); ++tab) {
+        const QString title = tabWidget->tabText(tab);
+        QWidget *page = tabWidget->widget(tab);
+        auto *area = new QScrollArea(this);
+        area->setFrameShape(QFrame::NoFrame);
+        area->setFocusPolicy(Qt::NoFocus);
+        area->setWidgetResizable(true);
+        tabWidget->removeTab(tab);
+        area->setWidget(page);
+        tabWidget->insertTab(tab, area, title);
+    }
+    tabWidget->setCurrentIndex(0);
 }
 
 std::array<const RuleSection *, 2> ZelCreatorForm::ruleSections() const
@@ -150,7 +176,6 @@ QWidget *ZelCreatorForm::createValidationPage()
     auto *layout = new QVBoxLayout(page);
     layout->setSpacing(m_scale.px(kRowSpacing));
 
-    maskRules.view = new MaskValidationTableView(this);
     layout->addWidget(
         createRuleGroup(maskRules,
                         {tr("Mask Validation"),
@@ -163,11 +188,11 @@ QWidget *ZelCreatorForm::createValidationPage()
                                   "parameter's value.</p>"),
                          QStringLiteral("maskValidationInfoBox"), tr("About mask validation"),
                          tr("Add a mask validation rule"), QStringLiteral("addMaskRuleButton"),
-                         QStringLiteral("maskValidationTable"), tr("Mask validation rules")}),
+                         QStringLiteral("maskValidationTable"), tr("Mask validation rules"),
+                         &createView<MaskValidationTableView>}),
         1);
     layout->addWidget(createGap(4));
 
-    tokenRules.view = new TokenValidationTableView(this);
     layout->addWidget(
         createRuleGroup(
             tokenRules,
@@ -179,7 +204,8 @@ QWidget *ZelCreatorForm::createValidationPage()
                      "value \"2\".</p>"),
              QStringLiteral("tokenValidationInfoBox"), tr("About token validation"),
              tr("Add a token validation rule"), QStringLiteral("addTokenRuleButton"),
-             QStringLiteral("tokenValidationTable"), tr("Token validation rules")}),
+             QStringLiteral("tokenValidationTable"), tr("Token validation rules"),
+             &createView<TokenValidationTableView>}),
         1);
     layout->addWidget(createGap(4));
 
@@ -187,45 +213,46 @@ QWidget *ZelCreatorForm::createValidationPage()
     return page;
 }
 
-QWidget *ZelCreatorForm::createRuleGroup(RuleSection &section, const RuleTexts &texts)
+QWidget *ZelCreatorForm::createRuleGroup(RuleSection &section, const RuleGroup &group)
 {
-    auto *group = new QWidget(this);
-    auto *title = new QLabel(texts.title, group);
+    auto *widget = new QWidget(this);
+    auto *title = new QLabel(group.title, widget);
     title->setStyleSheet(
         QStringLiteral("QLabel { font: bold %1px; color: #595959; }").arg(m_scale.px(14)));
-    section.infoBox = createInfoBox(texts.infoBoxName, texts.infoBoxAccessibleName, texts.info);
+    section.infoBox = createInfoBox(group.infoBoxName, group.infoBoxAccessibleName, group.info);
 
     const QIcon icon(QStringLiteral(":/Add"));
-    section.addButton = new QToolButton(group);
-    section.addButton->setObjectName(texts.addButtonName);
-    section.addButton->setAccessibleName(texts.addToolTip);
-    section.addButton->setToolTip(texts.addToolTip);
+    section.addButton = new QToolButton(widget);
+    section.addButton->setObjectName(group.addButtonName);
+    section.addButton->setAccessibleName(group.addToolTip);
+    section.addButton->setToolTip(group.addToolTip);
     section.addButton->setIcon(icon);
     section.addButton->setIconSize(QSize(m_scale.px(kAddIconSize), m_scale.px(kAddIconSize)));
     section.addButton->setAutoRaise(true);
     section.addButton->installEventFilter(
         new ButtonHoverWatcher(icon, QIcon(QStringLiteral(":/AddHover")), section.addButton));
 
-    section.view->setObjectName(texts.tableName);
-    section.view->setAccessibleName(texts.tableAccessibleName);
+    section.view = group.createTable(this);
+    section.view->setObjectName(group.tableName);
+    section.view->setAccessibleName(group.tableAccessibleName);
     section.view->setModel(section.proxy);
     section.view->sortByColumn(0, Qt::AscendingOrder);
     section.view->updateMinimumHeight();
     title->setBuddy(section.view);
 
     auto *row = new QHBoxLayout;
-    row->addWidget(section.infoBox);
-    row->addStretch(1);
+    row->addWidget(section.infoBox, 1);
+    row->addStretch();
     row->addWidget(section.addButton, 0, Qt::AlignRight | Qt::AlignBottom);
 
-    auto *layout = new QVBoxLayout(group);
+    auto *layout = new QVBoxLayout(widget);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(m_scale.px(kRowSpacing));
     layout->addWidget(title);
     layout->addLayout(row);
     layout->addWidget(section.view, 1);
 
-    return group;
+    return widget;
 }
 
 QGroupBox *ZelCreatorForm::createSoftwareVersionsGroup()
@@ -400,7 +427,9 @@ CollapsibleGroupBox *ZelCreatorForm::createInfoBox(const QString &objectName,
     box->setObjectName(objectName);
     box->setAccessibleName(accessibleName);
     auto *label = new QLabel(text, box);
+    label->setWordWrap(true);
     auto *layout = new QVBoxLayout(box);
+    layout->setContentsMargins(m_scale.px(kInfoTextIndent), 0, 0, 0);
     layout->addWidget(label);
     return box;
 }

@@ -57,7 +57,8 @@ struct InfoBox
 };
 
 /// Widgets and layout of the window. What the widgets do is the window's affair; the form only
-/// names its parts. All of them are owned by the form.
+/// names its parts. All of them are owned by the form, and are created in the order in which the
+/// Tab key visits them.
 class ZelCreatorForm final : public QWidget
 {
     Q_DECLARE_TR_FUNCTIONS(ZelCreator)
@@ -87,6 +88,9 @@ public:
     QSpinBox *maximumHardwareVersion = nullptr;
     HardwareTypeComboBox *hardwareType = nullptr;
 
+    /// Lets the pages of both tabs be scrolled, for a screen that is too low for them.
+    void makePagesScrollable();
+
     [[nodiscard]] std::array<const RuleSection *, 2> ruleSections() const;
     [[nodiscard]] std::array<const OptionFields *, 2> options() const;
     [[nodiscard]] std::array<QLineEdit *, 4> versionFields() const;
@@ -96,13 +100,13 @@ public:
     [[nodiscard]] std::array<QWidget *, 8> clickAwayFields() const;
 
 private:
-    struct RuleTexts;
+    struct RuleGroup;
 
     QWidget *createValidationPage();
     QWidget *createUpdatePage();
     QBoxLayout *createBottomRow();
 
-    QWidget *createRuleGroup(RuleSection &section, const RuleTexts &texts);
+    QWidget *createRuleGroup(RuleSection &section, const RuleGroup &group);
     QGroupBox *createSoftwareVersionsGroup();
     QBoxLayout *createOptionRow(OptionFields &option, const QString &name,
                                 const QString &objectName);
