@@ -47,12 +47,27 @@ private slots:
     void aRepeatedSectionAddsItsRules();
     void forgedSections_data();
     void forgedSections();
+    void forgedRulesSections_data();
+    void forgedRulesSections();
+    void forgedMaskRules_data();
+    void forgedMaskRules();
+    void forgedTokenRules_data();
+    void forgedTokenRules();
+    void forgedOptions_data();
+    void forgedOptions();
+    void forgedHardware_data();
+    void forgedHardware();
+    void forgedFirmwareFiles_data();
+    void forgedFirmwareFiles();
     void tagsOfPositionalEntriesAreNotLookedAt();
     void lengthsOfOptionEntriesAreNotLookedAt();
     void anyBoolButZeroIsTrue();
     void nullByteArraysAreReadAsEmpty();
     void aBodyCutAnywhereIsRefused();
     void anyByteChangedIsReadToAnEnd();
+
+private:
+    static void checkForgery();
 };
 
 namespace {
@@ -162,6 +177,46 @@ ParseResult parsed(const QByteArray &body)
 {
     PackageRecord record;
     return parseBody(body, record);
+}
+
+// Rows of forged sections, by what becomes of them.
+
+void addForgeryColumns()
+{
+    QTest::addColumn<QByteArray>("sections");
+    QTest::addColumn<ParseResult>("result");
+}
+
+void accepted(const char *name, const QByteArray &sections)
+{
+    QTest::newRow(name) << sections << ParseResult::Success;
+}
+
+void mismatch(const char *name, const QByteArray &sections)
+{
+    QTest::newRow(name) << sections << ParseResult::LengthMismatch;
+}
+
+void missing(const char *name, const QByteArray &sections)
+{
+    QTest::newRow(name) << sections << ParseResult::MissingTag;
+}
+
+void unknown(const char *name, const QByteArray &sections)
+{
+    QTest::newRow(name) << sections << ParseResult::UnknownSection;
+}
+
+/// A rules section of the right length around what takes the place of its parts.
+QByteArray rules(const QByteArray &masks, const QByteArray &tokens,
+                 const QByteArray &softwareOptions)
+{
+    return entry(0xF0000002, masks + tokens + softwareOptions);
+}
+
+QByteArray hardwareAndFirmware(const QByteArray &first, const QByteArray &second)
+{
+    return entry(0xF0000011, first + second);
 }
 
 } // namespace
@@ -455,36 +510,22 @@ void tst_PackageBody::aRepeatedSectionAddsItsRules()
 
 void tst_PackageBody::forgedSections_data()
 {
-    QTest::addColumn<QByteArray>("sections");
-    QTest::addColumn<ParseResult>("result");
-
-    const auto accepted = [](const char *name, const QByteArray &sections) {
-        QTest::newRow(name) << sections << ParseResult::Success;
-    };
-    const auto mismatch = [](const char *name, const QByteArray &sections) {
-        QTest::newRow(name) << sections << ParseResult::LengthMismatch;
-    };
-    const auto missing = [](const char *name, const QByteArray &sections) {
-        QTest::newRow(name) << sections << ParseResult::MissingTag;
-    };
-    const auto unknown = [](const char *name, const QByteArray &sections) {
-        QTest::newRow(name) << sections << ParseResult::UnknownSection;
-    };
-    // A rules section around what takes the place of its parts, its length being right.
-    const auto rules = [](const QByteArray &masks, const QByteArray &tokens,
-                          const QByteArray &softwareOptions) {
-        return entry(0xF0000002, masks + tokens + softwareOptions);
-    };
-    const auto hardwareAndFirmware = [](const QByteArray &first, const QByteArray &second) {
-        return entry(0xF0000011, first + second);
-    };
-
+    addForgeryColumns();
     unknown("firmware as a section", firmware());
     unknown("tag 0", entry(0, "x"));
     unknown("root in root", root(rulesSection()));
     unknown("after a good one", hardwareSection() + entry(0xF0000015, "x"));
     unknown("a tag that is cut", hex("F00000"));
+}
 
+void tst_PackageBody::forgedSections()
+{
+    checkForgery();
+}
+
+void tst_PackageBody::forgedRulesSections_data()
+{
+    addForgeryColumns();
     mismatch("rules section one byte short",
              forged(0xF0000002, static_cast<quint32>(rulesSection().size()) - 9,
                     maskRules() + tokenRules() + options()));
@@ -497,7 +538,16 @@ void tst_PackageBody::forgedSections_data()
     missing("rules section without token rules", rules(maskRules(), "", options()));
     missing("rules section without options", rules(maskRules(), tokenRules(), ""));
     missing("rules section in another order", rules(tokenRules(), maskRules(), options()));
+}
 
+void tst_PackageBody::forgedRulesSections()
+{
+    checkForgery();
+}
+
+void tst_PackageBody::forgedMaskRules_data()
+{
+    addForgeryColumns();
     const QByteArray rule = maskRule(1, "mask");
     const auto ruleSize = static_cast<quint32>(rule.size());
     mismatch("mask list one byte short",
@@ -533,7 +583,16 @@ void tst_PackageBody::forgedSections_data()
              rules(entry(0xF0000003, entry(0xF0000004, forged(0xF0000005, kLie, u32(1))
                                                            + entry(0xF0000006, "m"))),
                    tokenRules(), options()));
+}
 
+void tst_PackageBody::forgedMaskRules()
+{
+    checkForgery();
+}
+
+void tst_PackageBody::forgedTokenRules_data()
+{
+    addForgeryColumns();
     const QByteArray token = tokenRule("ab", "cd");
     const auto tokenSize = static_cast<quint32>(token.size());
     mismatch("token list one byte short",
@@ -542,14 +601,24 @@ void tst_PackageBody::forgedSections_data()
             rules(maskRules(), forged(0xF0000007, tokenSize + 1, token), options()));
     missing("token list without end",
             rules(maskRules(), forged(0xF0000007, kLie, token), options()));
-    missing("token list with a mask rule", rules(maskRules(), entry(0xF0000007, rule), options()));
+    missing("token list with a mask rule",
+            rules(maskRules(), entry(0xF0000007, maskRule(1, "mask")), options()));
     missing("token rule without a name",
             rules(maskRules(), entry(0xF0000007, entry(0xF0000008, entry(0xF000000A, "v"))),
                   options()));
     missing("token rule without a value",
             rules(maskRules(), entry(0xF0000007, entry(0xF0000008, entry(0xF0000009, "t"))),
                   options()));
+}
 
+void tst_PackageBody::forgedTokenRules()
+{
+    checkForgery();
+}
+
+void tst_PackageBody::forgedOptions_data()
+{
+    addForgeryColumns();
     const QByteArray optionA = option(0xF000000C, "01", 0, 0);
     const QByteArray optionB = option(0xF000000D, "01", 0, 0);
     missing("options without option A",
@@ -562,7 +631,16 @@ void tst_PackageBody::forgedSections_data()
              rules(maskRules(), tokenRules(), entry(0xF000000B, optionA + optionB.chopped(1))));
     mismatch("option B cut behind its header",
              rules(maskRules(), tokenRules(), entry(0xF000000B, optionA + optionB.left(8))));
+}
 
+void tst_PackageBody::forgedOptions()
+{
+    checkForgery();
+}
+
+void tst_PackageBody::forgedHardware_data()
+{
+    addForgeryColumns();
     const auto sectionSize = static_cast<quint32>(hardwareSection().size() - 8);
     mismatch("hardware section one byte short",
              forged(0xF0000011, sectionSize - 1, hardware() + firmware()));
@@ -592,7 +670,16 @@ void tst_PackageBody::forgedSections_data()
                     hardware()
                         + forged(0xF0000013, 20,
                                  entry(0x50414452, u32(0)) + forged(0x5042494E, kLie, ""))));
+}
 
+void tst_PackageBody::forgedHardware()
+{
+    checkForgery();
+}
+
+void tst_PackageBody::forgedFirmwareFiles_data()
+{
+    addForgeryColumns();
     accepted("firmware file section whose own length lies",
              forged(0xF0000014, kLie, firmwareFileSection().mid(8)));
     mismatch("firmware file section cut in its path", firmwareFileSection().chopped(1));
@@ -602,7 +689,12 @@ void tst_PackageBody::forgedSections_data()
     mismatch("section tag alone", hex("F0000014"));
 }
 
-void tst_PackageBody::forgedSections()
+void tst_PackageBody::forgedFirmwareFiles()
+{
+    checkForgery();
+}
+
+void tst_PackageBody::checkForgery()
 {
     QFETCH(QByteArray, sections);
     QFETCH(ParseResult, result);

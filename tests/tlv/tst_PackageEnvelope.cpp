@@ -72,7 +72,7 @@ QByteArray blockWithChecksumZero(const QByteArray &body)
 {
     const QByteArray block = qCompress(body, 9);
     for (int tail = 0; tail <= 0xFFFF; ++tail) {
-        const QByteArray candidate = block + wire::u16(static_cast<quint16>(tail));
+        QByteArray candidate = block + wire::u16(static_cast<quint16>(tail));
         if (qChecksum(candidate.constData(), static_cast<uint>(candidate.size())) == 0) {
             return candidate;
         }
