@@ -130,7 +130,8 @@ void DrivenPopupWidgetPrivate::watch(QWidget *widget, QEvent::Type type)
         temporarilyHiddenOn(false);
         break;
     case QEvent::RequestSoftwareInputPanel:
-        widget->window()->activateWindow(); // Deliberate.
+        // Deliberate: whoever asks for an input panel is where the user types.
+        widget->window()->activateWindow();
         break;
     default:
         break;

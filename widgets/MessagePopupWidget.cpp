@@ -145,6 +145,8 @@ void MessagePopupWidgetPrivate::showOnScreen()
         return;
     }
     q->showPopup();
+    QAccessibleEvent alert(q, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void MessagePopupWidgetPrivate::stopWaiting()

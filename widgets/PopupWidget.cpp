@@ -7,6 +7,7 @@
 #include <QGradient>
 #include <QLabel>
 #include <QLayout>
+#include <QMoveEvent>
 #include <QPainter>
 #include <QPixmap>
 #include <QPropertyAnimation>
@@ -110,6 +111,7 @@ void PopupWidgetPrivate::showPopup()
         q->layout()->activate();
     }
     q->setGeometry(placement());
+    mayCorrectPlace = true;
     currentAnimation()->setDirection(QAbstractAnimation::Forward);
     prepareShow(q->geometry());
     runCurrentAnimation();
@@ -178,6 +180,15 @@ void PopupWidgetPrivate::finishEffect()
         hideAtOnce();
     }
     emit q->popupOpened(opened);
+}
+
+void PopupWidgetPrivate::correctPlace()
+{
+    const QPoint place = placement().topLeft();
+    if (mayCorrectPlace && q->isVisible() && q->pos() != place) {
+        mayCorrectPlace = false;
+        q->move(place);
+    }
 }
 
 void PopupWidgetPrivate::hideAtOnce()
@@ -508,6 +519,14 @@ bool PopupWidget::event(QEvent *event)
         setEffectGeometry(property(kWidgetRect).toRect());
     }
     return QFrame::event(event);
+}
+
+void PopupWidget::moveEvent(QMoveEvent *event)
+{
+    QFrame::moveEvent(event);
+    if (event->spontaneous()) {
+        d->correctPlace();
+    }
 }
 
 void PopupWidget::paintEvent(QPaintEvent *event)

@@ -121,6 +121,7 @@ protected:
     PopupWidget(PopupWidgetPrivate &priv, QWidget *baseWidget);
 
     bool event(QEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
     PopupWidgetPrivate *const d;

@@ -33,6 +33,8 @@ public:
     void showPopup();
     void hidePopup();
     void finishEffect();
+    /// Takes the popup back to where it belongs when the window manager has put it elsewhere.
+    void correctPlace();
     /// Hides the popup without animation. Does not stop a running one.
     void hideAtOnce();
 
@@ -58,6 +60,8 @@ public:
     double effectAlpha = 0.7;
     uint effectDuration = 300;
     bool effectMadeTranslucent = false;
+    /// One correction a show: a window manager that insists wins.
+    bool mayCorrectPlace = false;
     Qt::Alignment alignment = Qt::AlignJustify | Qt::AlignBottom;
     Qt::Orientations orientation = Qt::Vertical;
     PopupWidget::VerticalDirection verticalDirection = PopupWidget::TopToBottom;
