@@ -101,7 +101,7 @@ void MessagePopupWidgetPrivate::setAlignment(Qt::Alignment newAlignment)
     setMargin(newAlignment);
 }
 
-void MessagePopupWidgetPrivate::setMargin(Qt::Alignment sides)
+void MessagePopupWidgetPrivate::setMargin(Qt::Alignment sides) const
 {
     const int margin = scale.px(kOuterMargin);
     QMargins margins = outerLayout->contentsMargins();
@@ -157,7 +157,7 @@ void MessagePopupWidgetPrivate::stopWaiting()
     }
 }
 
-void MessagePopupWidgetPrivate::applyStyle(int type)
+void MessagePopupWidgetPrivate::applyStyle(int type) const
 {
     const bool isKnown = type >= 0 && type < static_cast<int>(kStyles.size());
     const MessageStyle style =

@@ -21,7 +21,7 @@ public:
     void init() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void setAlignment(Qt::Alignment newAlignment) override;
-    void setMargin(Qt::Alignment sides);
+    void setMargin(Qt::Alignment sides) const;
 
     void showMessage(const QString &text, int type);
     /// Drops a message that has not appeared yet.
@@ -39,7 +39,7 @@ public:
     QPointer<QWindow> awaitedWindow;
 
 private:
-    void applyStyle(int type);
+    void applyStyle(int type) const;
     void measure();
     /// Shows the popup, but not before the base widget's window is on the screen: until then it may
     /// still be moved by the window manager, which would hide the popup unseen.

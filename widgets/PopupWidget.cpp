@@ -289,7 +289,7 @@ QRect PopupWidgetPrivate::collapsed(const QRect &full) const
 QBrush PopupWidgetPrivate::background() const
 {
     // An easing curve may overshoot the ends of the animation.
-    const double alpha = std::clamp(effectAlpha, 0.0, 1.0);
+    const double alpha = qBound(0.0, effectAlpha, 1.0);
     const QBrush &window = q->palette().window();
     if (window.gradient() == nullptr) {
         QBrush brush = window;
@@ -315,13 +315,13 @@ void PopupWidgetPrivate::makeTranslucent()
     }
 }
 
-void PopupWidgetPrivate::setScrollRange(const QRect &full)
+void PopupWidgetPrivate::setScrollRange(const QRect &full) const
 {
     scrollAnimation->setStartValue(collapsed(full));
     scrollAnimation->setEndValue(full);
 }
 
-void PopupWidgetPrivate::refreshSnapshot()
+void PopupWidgetPrivate::refreshSnapshot() const
 {
     const bool isLeftToRight = horizontalDirection == Qt::LeftToRight;
     const bool standsUp = verticalDirection == PopupWidget::BottomToTop;
@@ -342,7 +342,7 @@ void PopupWidgetPrivate::refreshSnapshot()
     effectLabel->setWindowOpacity(q->windowOpacity());
 }
 
-void PopupWidgetPrivate::activateBaseWindow()
+void PopupWidgetPrivate::activateBaseWindow() const
 {
     // isActiveWindow() would not do: a tool window shares the activation of its parent.
     if (baseWidget != nullptr && QApplication::activeWindow() == q) {
@@ -350,7 +350,7 @@ void PopupWidgetPrivate::activateBaseWindow()
     }
 }
 
-void PopupWidgetPrivate::runCurrentAnimation()
+void PopupWidgetPrivate::runCurrentAnimation() const
 {
     if (currentAnimation()->state() == QAbstractAnimation::Stopped) {
         currentAnimation()->start();

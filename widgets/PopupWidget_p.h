@@ -71,10 +71,10 @@ private:
     void prepareShow(const QRect &full);
     void prepareHide(const QRect &full);
     void makeTranslucent();
-    void setScrollRange(const QRect &full);
-    void refreshSnapshot();
-    void activateBaseWindow();
-    void runCurrentAnimation();
+    void setScrollRange(const QRect &full) const;
+    void refreshSnapshot() const;
+    void activateBaseWindow() const;
+    void runCurrentAnimation() const;
     [[nodiscard]] int horizontalPosition(const QRect &base, int width) const;
     [[nodiscard]] int verticalPosition(const QRect &base, int height) const;
 };

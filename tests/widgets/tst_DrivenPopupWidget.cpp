@@ -464,8 +464,10 @@ void tst_DrivenPopupWidget::activePopupGivesTheActivationBack()
     stage.showAtOnce();
     stage.popup->activateWindow();
     QTRY_COMPARE(QApplication::activeWindow(), stage.popup);
-    stage.popup->hidePopup();
-    QVERIFY(stage.popup->isHidden());
+    // As when the user clicks into the popup: the window manager has time to settle.
+    stage.popup->setEffectDuration(150);
+    QTest::mouseClick(stage.popup, Qt::LeftButton);
+    QTRY_VERIFY(stage.popup->isHidden());
     QTRY_COMPARE(QApplication::activeWindow(), &stage.window);
 }
 

@@ -774,12 +774,16 @@ void tst_PopupWidget::changedEffectEndsTheRunningOne()
 void tst_PopupWidget::endsWhereItsBaseWidgetIs()
 {
     Stage stage;
+    auto *base = new QWidget(&stage.window);
+    base->setGeometry(10, 10, 200, 100);
+    base->show();
+    QVERIFY(QTest::qWaitForWindowExposed(&stage.window));
+    stage.popup->setBaseWidget(base);
+    stage.popup->setEffectDuration(kLong);
     stage.popup->showPopup();
-    stage.window.move(300, 200);
-    const QSignalSpy opened(stage.popup, &PopupWidget::popupOpened);
-    QTRY_COMPARE(opened.size(), 1);
-    const QRect base(stage.window.mapToGlobal(QPoint()), stage.window.size());
-    QCOMPARE(stage.popup->pos(), base.bottomLeft() + QPoint(0, 1));
+    base->move(60, 80);
+    stage.priv()->fadeAnimation->setCurrentTime(kLong);
+    QCOMPARE(stage.popup->pos(), stage.window.mapToGlobal(QPoint(60, 180)));
 }
 
 void tst_PopupWidget::returnsOnceWhenTheWindowManagerMovesIt()
