@@ -96,7 +96,6 @@ public:
         }
         const int first = std::clamp(row, 0, m_rules.size());
         beginInsertRows(parent, first, first + count - 1);
-        m_rules.reserve(m_rules.size() + count);
         for (int inserted = 0; inserted < count; ++inserted) {
             m_rules.insert(first, Rule());
         }

@@ -4,13 +4,14 @@
 #include <QRegExpValidator>
 
 #include <limits>
+#include <utility>
 
 LineEditDelegateWithRegExpValidator::LineEditDelegateWithRegExpValidator(QObject *parent,
                                                                          const QRegExp &expression,
-                                                                         const QString &prompt)
+                                                                         QString prompt)
     : QStyledItemDelegate(parent)
     , m_expression(expression)
-    , m_prompt(prompt)
+    , m_prompt(std::move(prompt))
 {
 }
 

@@ -15,8 +15,7 @@ class LineEditDelegateWithRegExpValidator final : public QStyledItemDelegate
 
 public:
     /// The whole text must match @p expression; @p prompt is shown while there is no text.
-    LineEditDelegateWithRegExpValidator(QObject *parent, const QRegExp &expression,
-                                        const QString &prompt);
+    LineEditDelegateWithRegExpValidator(QObject *parent, const QRegExp &expression, QString prompt);
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                           const QModelIndex &index) const override;

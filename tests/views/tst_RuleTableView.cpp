@@ -34,25 +34,25 @@ struct Table
     }
 
     /// The place on screen of column @p column of rule @p rule.
-    QModelIndex cell(int rule, int column) const
+    [[nodiscard]] QModelIndex cell(int rule, int column) const
     {
         return proxy.mapFromSource(model.index(rule, column));
     }
     /// The rule that is shown in view row @p row.
-    int ruleAt(int row) const { return proxy.mapToSource(proxy.index(row, 0)).row(); }
-    QModelIndex current() const { return proxy.mapToSource(view.currentIndex()); }
+    [[nodiscard]] int ruleAt(int row) const { return proxy.mapToSource(proxy.index(row, 0)).row(); }
+    [[nodiscard]] QModelIndex current() const { return proxy.mapToSource(view.currentIndex()); }
 
     /// Types into whatever has the focus, as a hand does.
-    void type(const char *text) { QTest::keyClicks(focus(), QLatin1String(text)); }
+    void type(const char *text)
+    {
+        QTest::keyClicks(QApplication::focusWidget(), QLatin1String(text));
+    }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     {
-        QTest::keyClick(focus(), key, modifiers);
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
     }
-    QWidget *focus() const
-    {
-        return view.focusWidget() == nullptr ? nullptr : QApplication::focusWidget();
-    }
-    QWidget *editor() const
+    /// The open cell editor, if it has the focus.
+    [[nodiscard]] QWidget *editor() const
     {
         QWidget *widget = QApplication::focusWidget();
         return widget != nullptr && widget->parentWidget() == view.viewport() ? widget : nullptr;
@@ -64,7 +64,7 @@ struct Table
                           view.visualRect(index).center());
     }
     /// The middle of the delete button of view row @p row.
-    QPoint deleteButton(int row) const
+    [[nodiscard]] QPoint deleteButton(int row) const
     {
         const QRect cell = view.visualRect(proxy.index(row, proxy.columnCount() - 1));
         return {cell.left() + 5 + qRound(0.275 * cell.height()), cell.center().y()};
@@ -73,7 +73,7 @@ struct Table
     {
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, deleteButton(row));
     }
-    QList<int> selectedRules() const
+    [[nodiscard]] QList<int> selectedRules() const
     {
         QList<int> rules;
         for (const QModelIndex &index : view.selectionModel()->selectedRows()) {
