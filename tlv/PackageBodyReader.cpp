@@ -6,12 +6,22 @@
 #include <QByteArray>
 #include <QtEndian>
 
+#include <optional>
+#include <utility>
+
 namespace tlv {
 
 namespace {
 
 /// The count that stands for a null byte array.
 constexpr quint32 kNullCount = 0xFFFFFFFF;
+
+/// Where a byte array lies in a body.
+struct Slice
+{
+    int position = 0;
+    int size = 0;
+};
 
 /// Tag and length of an entry.
 struct Header
@@ -66,15 +76,29 @@ public:
         return readBool();
     }
 
-    /// A count and that many bytes; the null form is an empty array.
-    QByteArray readBytes()
+    /// Where the bytes lie that a count announces; the null form is an empty array.
+    Slice readSlice()
     {
         const quint32 count = readInteger();
-        if (count == kNullCount) {
+        if (count == kNullCount || take(count) == nullptr) {
             return {};
         }
-        const char *const bytes = take(count);
-        return bytes == nullptr ? QByteArray() : QByteArray(bytes, static_cast<int>(count));
+        const auto size = static_cast<int>(count);
+        return {m_position - size, size};
+    }
+
+    /// A count and that many bytes.
+    QByteArray readBytes()
+    {
+        const Slice slice = readSlice();
+        return {m_body.constData() + slice.position, slice.size};
+    }
+
+    /// Where the value of a byte array entry at its place lies, whatever its tag.
+    Slice readSliceEntry()
+    {
+        readInteger();
+        return readSlice();
     }
 
     /// The value of a byte array entry at its place, whatever its tag.
@@ -210,7 +234,8 @@ ParseResult parseRulesSection(BodyReader &reader, PackageRecord &record)
     return result;
 }
 
-ParseResult parseHardwareSection(BodyReader &reader, PackageRecord &record)
+ParseResult parseHardwareSection(BodyReader &reader, PackageRecord &record,
+                                 std::optional<Slice> &image)
 {
     const quint32 length = reader.readInteger();
 
@@ -231,8 +256,8 @@ ParseResult parseHardwareSection(BodyReader &reader, PackageRecord &record)
         return ParseResult::MissingTag;
     }
     record.firmwareAddress = reader.readIntegerEntry();
-    record.firmwareImage = reader.readBytesEntry();
-    const auto imageLength = static_cast<quint32>(record.firmwareImage.size());
+    image = reader.readSliceEntry();
+    const auto imageLength = static_cast<quint32>(image->size);
     if (firmware.length != firmwareLength(imageLength)
         || length != hardwareSectionLength(imageLength)) {
         return ParseResult::LengthMismatch;
@@ -248,13 +273,13 @@ void readFirmwareFileSection(BodyReader &reader, PackageRecord &record)
     record.firmwareFilePath = reader.readBytesEntry();
 }
 
-ParseResult parseSection(BodyReader &reader, PackageRecord &record)
+ParseResult parseSection(BodyReader &reader, PackageRecord &record, std::optional<Slice> &image)
 {
     switch (reader.readInteger()) {
     case kRulesSectionTag:
         return parseRulesSection(reader, record);
     case kHardwareSectionTag:
-        return parseHardwareSection(reader, record);
+        return parseHardwareSection(reader, record, image);
     case kFirmwareFileSectionTag:
         readFirmwareFileSection(reader, record);
         return ParseResult::Success;
@@ -263,14 +288,8 @@ ParseResult parseSection(BodyReader &reader, PackageRecord &record)
     }
 }
 
-} // namespace
-
-ParseResult parseBody(const QByteArray &body, PackageRecord &record)
+ParseResult parsePackage(const QByteArray &body, PackageRecord &record, std::optional<Slice> &image)
 {
-    record.sections.clear();
-    record.maskRules.clear();
-    record.tokenRules.clear();
-
     BodyReader reader(body);
     const Header root = reader.readHeader();
     if (root.tag != kPackageTag) {
@@ -280,13 +299,37 @@ ParseResult parseBody(const QByteArray &body, PackageRecord &record)
         return ParseResult::WrongRootLength;
     }
     while (!reader.atEnd()) {
-        const ParseResult result = parseSection(reader, record);
+        const ParseResult result = parseSection(reader, record, image);
         if (result != ParseResult::Success) {
             return result;
         }
     }
     // The sections fill the root exactly, as the root fills the body, unless the last one was cut.
     return reader.hasReadPastEnd() ? ParseResult::LengthMismatch : ParseResult::Success;
+}
+
+/// What is left of @p bytes when all but @p slice is taken away, in place.
+QByteArray cutOut(QByteArray bytes, Slice slice)
+{
+    bytes.truncate(slice.position + slice.size);
+    bytes.remove(0, slice.position);
+    return bytes;
+}
+
+} // namespace
+
+ParseResult parseBody(QByteArray body, PackageRecord &record)
+{
+    record.sections.clear();
+    record.maskRules.clear();
+    record.tokenRules.clear();
+
+    std::optional<Slice> image;
+    const ParseResult result = parsePackage(body, record, image);
+    if (result == ParseResult::Success && image) {
+        record.firmwareImage = cutOut(std::move(body), *image);
+    }
+    return result;
 }
 
 } // namespace tlv

@@ -24,6 +24,9 @@ enum class ParseResult : quint8 {
 
 /// Fills @p record from the tree of entries in @p body. The rules are emptied first; what the body
 /// leaves out otherwise keeps its value. On failure the record may be partly filled.
-[[nodiscard]] ParseResult parseBody(const QByteArray &body, PackageRecord &record);
+///
+/// The body is taken by value: what is left of it in the end is the image, so that the two need not
+/// be held at the same time.
+[[nodiscard]] ParseResult parseBody(QByteArray body, PackageRecord &record);
 
 } // namespace tlv

@@ -14,7 +14,6 @@ namespace {
 
 constexpr qint32 kMagic = 0x005A454C;
 constexpr int kMagicLength = sizeof(kMagic);
-constexpr int kEnvelopeLength = kMagicLength + sizeof(quint32) + sizeof(quint16);
 constexpr int kCompressionLevel = 9;
 
 /// A block begins with the byte count of what it holds.
@@ -99,14 +98,15 @@ QByteArray expanded(const QByteArray &block)
 
 QByteArray seal(QByteArray body)
 {
-    const QByteArray block = qCompress(body, kCompressionLevel);
+    QByteArray block = qCompress(body, kCompressionLevel);
     body.clear();
 
-    QByteArray package;
-    package.reserve(kEnvelopeLength + block.size());
-    QDataStream stream(&package, QIODevice::WriteOnly);
-    stream << kMagic << block << checksumOf(block);
-    return package;
+    QByteArray header;
+    QDataStream(&header, QIODevice::WriteOnly) << kMagic << static_cast<quint32>(block.size());
+    QByteArray trailer;
+    QDataStream(&trailer, QIODevice::WriteOnly) << checksumOf(block);
+    // The envelope grows around the block, which may be large, instead of taking a copy of it.
+    return block.prepend(header).append(trailer);
 }
 
 QByteArray unseal(QIODevice &device)
