@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -19,19 +20,38 @@ namespace {
 /// Makes this program print the expansions of its other arguments instead of testing.
 const char *const kExpandArgument = "--expand-placeholders";
 
-/// Expands each of @p paths in a thread of its own, all of them at once, and prints the results.
+/// Expands one path in a thread of its own.
+class Expansion final : public QThread
+{
+public:
+    explicit Expansion(QString path)
+        : m_path(std::move(path))
+    {
+    }
+
+    /// The path; expanded once the thread has finished.
+    [[nodiscard]] QString path() const { return m_path; }
+
+protected:
+    void run() override { m_path = expandPlaceholder(m_path); }
+
+private:
+    QString m_path;
+};
+
+/// Expands @p paths all at once and prints the results.
 int printExpansions(const QStringList &paths)
 {
-    QStringList expanded = paths;
-    std::vector<std::unique_ptr<QThread>> threads;
-    for (QString &path : expanded) {
-        threads.emplace_back(QThread::create([&path] { path = expandPlaceholder(path); }));
+    std::vector<std::unique_ptr<Expansion>> expansions;
+    expansions.reserve(static_cast<std::size_t>(paths.size()));
+    for (const QString &path : paths) {
+        expansions.push_back(std::make_unique<Expansion>(path));
+        expansions.back()->start();
     }
-    for (const auto &thread : threads) {
-        thread->start();
-    }
-    for (const auto &thread : threads) {
-        thread->wait();
+    QStringList expanded;
+    for (const auto &expansion : expansions) {
+        expansion->wait();
+        expanded << expansion->path();
     }
     std::fputs(expanded.join(QLatin1Char('\n')).toUtf8().constData(), stdout);
     return 0;
