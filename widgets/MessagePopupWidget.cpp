@@ -198,7 +198,8 @@ int MessagePopupWidgetPrivate::widestLine() const
 {
     const QWidget *reference = baseWidget != nullptr ? baseWidget.data() : q;
     const int screenWidth = reference->screen()->availableGeometry().width();
-    const int baseWidth = baseWidget != nullptr ? baseWidget->width() : screenWidth;
+    // One pixel less than there is: a centred popup of the full width would stick out on the left.
+    const int baseWidth = baseWidget != nullptr ? baseWidget->width() - 1 : screenWidth;
     const int chrome =
         2 * (scale.px(kFrameMargin) + scale.px(kFramePadding) + scale.px(kFrameBorder));
     return std::min(std::max(baseWidth, scale.px(kNarrowestLimit)), screenWidth) - chrome;
