@@ -160,8 +160,6 @@ void RuleTableView::recomputeColumnWidths()
 
 void RuleTableView::updateMinimumHeight()
 {
-    // Lays the header out: before the view is shown its height says nothing.
-    updateGeometries();
     setMinimumHeight(verticalHeader()->defaultSectionSize() + horizontalHeader()->height()
                      + 2 * scaledFrameWidth());
 }

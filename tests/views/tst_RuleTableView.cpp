@@ -116,6 +116,7 @@ private slots:
     void newRuleIsEnteredWithTheKeyboard_data();
     void newRuleIsEnteredWithTheKeyboard();
     void beginEditingEndsTheEditInProgress();
+    void beginEditingScrollsBack();
     void beginEditingOfNothingDoesNothing();
     void editedRuleStaysCurrentSelectedAndInSight_data();
     void editedRuleStaysCurrentSelectedAndInSight();
@@ -214,13 +215,24 @@ void tst_RuleTableView::beginEditingEndsTheEditInProgress()
     QVERIFY(QTest::qWaitForWindowActive(&table.view));
     table.view.beginEditing(table.cell(0, 0));
     table.type("50");
-    QVERIFY(table.model.insertRows(3, 1));
-    table.view.beginEditing(table.cell(3, 0));
+    // Ending that edit moves the rules 2 and 3 up.
+    table.view.beginEditing(table.cell(2, 0));
     QCOMPARE(int(table.model.rules().at(0).parameter), 50);
-    QCOMPARE(table.current(), table.model.index(3, 0));
-    QCOMPARE(table.selectedRules(), QList<int>{3});
+    QCOMPARE(table.current(), table.model.index(2, 0));
+    QCOMPARE(table.selectedRules(), QList<int>{2});
     QVERIFY(qobject_cast<QSpinBox *>(table.editor()));
-    QCOMPARE(qobject_cast<QSpinBox *>(table.editor())->value(), 0);
+    QCOMPARE(qobject_cast<QSpinBox *>(table.editor())->value(), 3);
+}
+
+void tst_RuleTableView::beginEditingScrollsBack()
+{
+    MaskTable table(manyRules());
+    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    table.view.setCurrentIndex(table.cell(0, 0));
+    table.view.scrollToBottom();
+    table.view.beginEditing(table.cell(0, 0));
+    QVERIFY(table.editor());
+    QVERIFY(table.view.viewport()->rect().contains(table.editor()->geometry()));
 }
 
 void tst_RuleTableView::beginEditingOfNothingDoesNothing()
@@ -743,7 +755,7 @@ void tst_RuleTableView::copyOfNothingEmptiesTheClipboard()
 
 void tst_RuleTableView::copyOfSingleCells()
 {
-    MaskTable table({rule(1, "a"), rule(2, "b")});
+    MaskTable table({rule(1, "a"), rule(2, "b"), rule(3, "c")});
     QVERIFY(QTest::qWaitForWindowActive(&table.view));
     table.view.setFocus();
     QItemSelectionModel *selection = table.view.selectionModel();
@@ -760,6 +772,8 @@ void tst_RuleTableView::copyOfSingleCells()
     // Counting takes whole rows for granted: the last cell joins the line of the row before it.
     QCOMPARE(copied({{0, 0}, {1, 0}}), QStringLiteral("1\t2\n"));
     QCOMPARE(copied({{0, 2}, {1, 0}, {1, 2}}), QStringLiteral("a\n2\tb\n"));
+    // And each fourth cell is left out, wherever it stands.
+    QCOMPARE(copied({{0, 0}, {0, 1}, {1, 0}, {1, 1}, {2, 0}}), QStringLiteral("1\t2\n2\t3\n"));
 }
 
 void tst_RuleTableView::copyInAnEditorIsTheEditors()

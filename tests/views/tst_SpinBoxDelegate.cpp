@@ -51,6 +51,7 @@ void tst_SpinBoxDelegate::editorIsAFramelessSpinBoxOfTheRange()
     QVERIFY(editing.spinBox);
     QCOMPARE(editing.spinBox->parentWidget(), &editing.parent);
     QVERIFY(!editing.spinBox->hasFrame());
+    QVERIFY(editing.spinBox->autoFillBackground());
     QCOMPARE(editing.spinBox->minimum(), -3);
     QCOMPARE(editing.spinBox->maximum(), 12);
 }
