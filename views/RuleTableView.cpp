@@ -36,7 +36,8 @@ RuleTableView::RuleTableView(std::vector<RuleTableColumn> columns, QWidget *pare
     setMouseTracking(true);
     setUpHeaders();
     setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
-    setFrameStyle(QFrame::StyledPanel | QFrame::Plain);
+    setFrameShape(StyledPanel);
+    setFrameShadow(Plain);
     sortByColumn(m_sortColumn, m_sortOrder);
     setUpLook();
     // One row, also in a style that scrolls tables by the pixel.
