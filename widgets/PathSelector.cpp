@@ -19,8 +19,22 @@
 #include <QVBoxLayout>
 
 namespace {
+
 constexpr int kErrorMarkRoom = 4;
+
+/// A path that the file system can be asked about: none that was pasted with a NUL in it.
+bool isPath(const QString &text)
+{
+    return !text.contains(QChar(QChar::Null));
 }
+
+/// What the file system knows of @p path.
+QFileInfo infoOf(const QString &path)
+{
+    return isPath(path) ? QFileInfo(path) : QFileInfo();
+}
+
+} // namespace
 
 PathSelector::PathSelector(const QString &caption, PathKind kind, QWidget *parent)
     : QWidget(parent)
@@ -158,7 +172,8 @@ bool PathSelector::validatePath()
 
 void PathSelector::browsePath()
 {
-    const QString chosen = choosePath(expandedPath());
+    const QString entered = expandedPath();
+    const QString chosen = choosePath(isPath(entered) ? entered : QString());
     if (chosen.isEmpty()) {
         return;
     }
@@ -173,7 +188,7 @@ void PathSelector::openFolder()
     if (m_kind == File && !folder.isEmpty()) {
         folder = QDir::toNativeSeparators(QFileInfo(folder).path());
     }
-    if (!QFileInfo(folder).isDir()) {
+    if (!infoOf(folder).isDir()) {
         emit errorOccurred(tr("The folder \"%1\" doesn't exist.").arg(folder));
     } else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(QDir(folder).absolutePath()))) {
         emit errorOccurred(tr("Failed to open the folder \"%1\".").arg(folder));
@@ -205,7 +220,7 @@ QString PathSelector::expandedPath() const
 /// Why @p path cannot be accepted; empty if it can.
 QString PathSelector::problemWith(const QString &path) const
 {
-    const QFileInfo info(path);
+    const QFileInfo info = infoOf(path);
     if (m_kind == Folder) {
         return info.isDir() ? QString() : tr("\"%1\" folder doesn't exist.").arg(path);
     }

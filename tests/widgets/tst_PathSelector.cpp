@@ -102,6 +102,7 @@ private slots:
     void existingPathsAreAccepted();
     void wrongPathsAreReported_data();
     void wrongPathsAreReported();
+    void aPastedNulMakesAPathThatDoesNotExist();
     void anEmptyFieldGivesNoMessage_data();
     void anEmptyFieldGivesNoMessage();
     void leavingTheFieldChecks();
@@ -491,6 +492,29 @@ void tst_PathSelector::wrongPathsAreReported()
     QCOMPARE(form.selector->path(), QStringLiteral("accepted before"));
     QCOMPARE(form.paths.count(), 1);
     QCOMPARE(form.finished.count(), 0);
+}
+
+void tst_PathSelector::aPastedNulMakesAPathThatDoesNotExist()
+{
+    QVERIFY(open(PathSelector::File));
+    const QString pasted =
+        native(QStringLiteral("/no/such") + QChar(QChar::Null) + QStringLiteral("/image.bin"));
+    m_form->field->setText(pasted);
+
+    QVERIFY(!m_form->selector->validatePath());
+    QCOMPARE(m_form->error(), QStringLiteral("\"%1\" file doesn't exist.").arg(pasted));
+
+    m_form->selector->openFolder();
+    QVERIFY(m_form->error().startsWith(QLatin1String("The folder \"")));
+
+    bool appeared = false;
+    answerDialog([&appeared](QFileDialog &dialog) {
+        appeared = true;
+        dialog.reject();
+    });
+    m_form->selector->browsePath();
+    QVERIFY(appeared);
+    QCOMPARE(m_form->field->text(), pasted);
 }
 
 void tst_PathSelector::anEmptyFieldGivesNoMessage_data()
