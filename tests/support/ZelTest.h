@@ -20,6 +20,8 @@ public:
 protected:
     /// Announces one warning that the running test function provokes on purpose.
     void expectWarning(const QString &pattern);
+    /// Lets all warnings pass that are not the program's, but of the desktop that it runs on.
+    void allowWarnings(const QString &pattern);
 
 private slots:
     /// Called by Qt Test before all else, when its own message handler is in place.
@@ -31,6 +33,7 @@ private:
     [[nodiscard]] bool isExpected(const QString &text);
 
     std::vector<QRegularExpression> m_expected;
+    std::vector<QRegularExpression> m_allowed;
 };
 
 /// Gives the process a settings store and a temporary folder of its own, before the application

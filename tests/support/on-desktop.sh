@@ -29,6 +29,10 @@ fi
 export DISPLAY=":$number"
 export QT_QPA_PLATFORM=xcb
 unset WAYLAND_DISPLAY
+# Nothing is drawn with OpenGL and nothing is asked of other services: the toolkit needs neither a
+# driver nor a message bus, which it would start for this display and leave behind.
+export QT_XCB_GL_INTEGRATION=none
+export DBUS_SESSION_BUS_ADDRESS=disabled:
 
 HOME="$scratch" XDG_CONFIG_HOME="$scratch" openbox --sm-disable >"$scratch/manager.log" 2>&1 &
 manager=$!
