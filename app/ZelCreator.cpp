@@ -34,6 +34,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -480,8 +481,10 @@ void ZelCreator::saveZelFileAs()
     if (path.isEmpty()) {
         return;
     }
-    m_currentFilePath = QDir::toNativeSeparators(path);
-    saveFile();
+    const QString previousPath = std::exchange(m_currentFilePath, QDir::toNativeSeparators(path));
+    if (!saveFile()) {
+        m_currentFilePath = previousPath;
+    }
 }
 
 QString ZelCreator::askForSavePath()
@@ -505,11 +508,13 @@ bool ZelCreator::saveFile()
     if (!validateForm()) {
         return false;
     }
+    QString path = m_currentFilePath;
     QString message;
-    if (!write(message)) {
+    if (!write(path, message)) {
         showError(message);
         return false;
     }
+    m_currentFilePath = path;
     m_messagePopup->showMessage(
         tr("ZEL file was successfully saved to\n%1.").arg(m_currentFilePath),
         MessagePopupWidget::Info);
@@ -518,10 +523,10 @@ bool ZelCreator::saveFile()
     return true;
 }
 
-bool ZelCreator::write(QString &message)
+bool ZelCreator::write(QString &path, QString &message) const
 {
     const WaitCursor waitCursor;
-    return packageFromForm().save(m_currentFilePath, message);
+    return packageFromForm().save(path, message);
 }
 
 tlv::ZelFile ZelCreator::packageFromForm() const
@@ -645,7 +650,10 @@ void ZelCreator::updateTitle()
         setWindowTitle(kProgramName);
         return;
     }
-    const QString baseName = QFileInfo(m_currentFilePath).baseName();
+    // In a title, "[*]" alone would stand for the toolkit's own modified mark and not be shown.
+    const QString baseName = QFileInfo(m_currentFilePath)
+                                 .baseName()
+                                 .replace(QLatin1String("[*]"), QLatin1String("[*][*]"));
     setWindowTitle(
         m_modified ? QStringLiteral("%1%2 - %3").arg(baseName, QStringLiteral("*"), kProgramName)
                    : QStringLiteral("%1 - %2").arg(baseName, kProgramName));

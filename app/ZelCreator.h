@@ -85,7 +85,7 @@ private:
     bool showOutcome(bool passed, std::initializer_list<QWidget *> fields, const QString &message);
 
     [[nodiscard]] QString askForSavePath();
-    [[nodiscard]] bool write(QString &message);
+    [[nodiscard]] bool write(QString &path, QString &message) const;
     [[nodiscard]] tlv::ZelFile packageFromForm() const;
     void fillForm(const tlv::ZelFile &package);
     void clearErrorMarks();

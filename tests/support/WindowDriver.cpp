@@ -58,9 +58,9 @@ void onNextDialog(const std::function<void(QWidget *)> &action)
     poll->start(kPollInterval);
 }
 
-void answerFileDialog(const QString &path)
+void answerFileDialog(const QString &path, const std::function<void()> &afterwards)
 {
-    onNextDialog([path](QWidget *dialog) {
+    onNextDialog([path, afterwards](QWidget *dialog) {
         auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
         QVERIFY(name != nullptr);
         QVERIFY(QTest::qWaitForWindowActive(dialog));
@@ -75,6 +75,9 @@ void answerFileDialog(const QString &path)
             if (buttons->buttonRole(button) == QDialogButtonBox::AcceptRole) {
                 QTest::mouseClick(button, Qt::LeftButton);
             }
+        }
+        if (afterwards) {
+            afterwards();
         }
     });
 }

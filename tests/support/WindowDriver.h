@@ -12,7 +12,8 @@ namespace driver {
 
 /// Answers the next file dialog with @p path in its name field. The dialog has to appear
 /// while an event loop runs; a dialog that does not appear within 10 seconds fails the test.
-void answerFileDialog(const QString &path);
+/// @p afterwards happens when the dialog has taken the answer and before the program hears of it.
+void answerFileDialog(const QString &path, const std::function<void()> &afterwards = {});
 
 /// Cancels the next file dialog with the Escape key.
 void cancelFileDialog();
