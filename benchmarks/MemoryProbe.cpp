@@ -1,8 +1,8 @@
+#include "benchmarks/support/ProcessStatus.h"
 #include "benchmarks/support/Samples.h"
 #include "tlv/ZelFile.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
 #include <cstdio>
 
@@ -10,23 +10,6 @@
 /// an image, opens a package, or does neither.
 ///
 ///     memory_probe save IMAGE.bin | open PACKAGE.zel | idle
-
-namespace {
-
-double mostResidentBytes()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    status.open(QIODevice::ReadOnly);
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:")) {
-            constexpr double kKibibyte = 1024;
-            return kKibibyte * line.simplified().split(' ').at(1).toDouble();
-        }
-    }
-    return 0;
-}
-
-} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -39,6 +22,6 @@ int main(int argc, char *argv[])
     } else if (arguments.value(1) == QLatin1String("open")) {
         const tlv::ZelFile package = samples::loadPackage(path);
     }
-    std::printf("%.0f\n", mostResidentBytes());
+    std::printf("%.0f\n", bytesInProcessStatus("VmHWM"));
     return EXIT_SUCCESS;
 }

@@ -36,8 +36,8 @@ std::vector<Subject> subjects()
 {
     using samples::kMebibyte;
     return {
-        {"1 MiB of firmware", ImageKind::Firmware, kMebibyte, 1, 31},
-        {"1 MiB random", ImageKind::Random, kMebibyte, 2, 31},
+        {"1 MiB of firmware", ImageKind::Firmware, kMebibyte, 2, 31},
+        {"1 MiB random", ImageKind::Random, kMebibyte, 4, 31},
         {"16 MiB of firmware", ImageKind::Firmware, 16 * kMebibyte, 1, table::kFewestRounds},
         {"16 MiB random", ImageKind::Random, 16 * kMebibyte, 1, table::kFewestRounds},
         {"64 MiB of firmware", ImageKind::Firmware, 64 * kMebibyte, 1, table::kFewestRounds},
@@ -116,7 +116,7 @@ MeasureRound opening(const Subject &subject)
         write(floorPath, image);
         QFile::remove(floorPath);
     };
-    return table::inTurn(ours, floor, subject.times * 4);
+    return table::inTurn(ours, floor, subject.times);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
+#include "benchmarks/support/ProcessStatus.h"
+
 #include <QApplication>
 #include <QEvent>
-#include <QFile>
 #include <QTimer>
 #include <QWidget>
 
@@ -20,24 +21,12 @@ double secondsOn(clockid_t clock)
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
-double residentBytes()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    status.open(QIODevice::ReadOnly);
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:")) {
-            constexpr double kKibibyte = 1024;
-            return kKibibyte * line.simplified().split(' ').at(1).toDouble();
-        }
-    }
-    return 0;
-}
-
 void reportAndExit()
 {
     const double cpuTime = secondsOn(CLOCK_PROCESS_CPUTIME_ID);
     const double started = qgetenv("ZEL_STARTED").toDouble();
-    std::printf("%.9f %.9f %.0f\n", cpuTime, secondsOn(CLOCK_MONOTONIC) - started, residentBytes());
+    std::printf("%.9f %.9f %.0f\n", cpuTime, secondsOn(CLOCK_MONOTONIC) - started,
+                bytesInProcessStatus("VmRSS"));
     std::fflush(stdout);
     QApplication::quit();
 }
