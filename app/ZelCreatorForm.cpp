@@ -8,6 +8,7 @@
 #include "widgets/FirmwareAddressLineEdit.h"
 #include "widgets/HardwareTypeComboBox.h"
 #include "widgets/PathSelector.h"
+#include "widgets/WholeTextValidator.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -15,7 +16,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QSortFilterProxyModel>
 #include <QSpinBox>
@@ -60,7 +61,7 @@ QFont emphasised(QFont font, int weight, int morePoints)
 
 QValidator *createValidator(const QString &pattern, QObject *parent)
 {
-    return new QRegularExpressionValidator(QRegularExpression(pattern), parent);
+    return new WholeTextValidator(QRegularExpression(pattern), parent);
 }
 
 template <typename View>
