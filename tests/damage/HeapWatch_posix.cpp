@@ -1,0 +1,87 @@
+#include "tests/damage/HeapWatch.h"
+
+#include <malloc.h>
+
+#include <atomic>
+#include <cstdlib>
+
+// The functions of the C library that hold the heap. The definitions below take the place of those
+// that every library of this process calls, and count on their way.
+extern "C" {
+void *__libc_malloc(std::size_t size);
+void *__libc_calloc(std::size_t count, std::size_t size);
+void *__libc_realloc(void *block, std::size_t size);
+void __libc_free(void *block);
+}
+
+namespace {
+
+std::atomic<long long> held{0};
+std::atomic<long long> most{0};
+std::atomic<long long> atRestart{0};
+
+void *counted(void *block)
+{
+    if (block != nullptr) {
+        held += static_cast<long long>(malloc_usable_size(block));
+        if (held > most) {
+            most.store(held);
+        }
+    }
+    return block;
+}
+
+void uncount(void *block)
+{
+    if (block != nullptr) {
+        held -= static_cast<long long>(malloc_usable_size(block));
+    }
+}
+
+} // namespace
+
+extern "C" {
+
+void *malloc(std::size_t size)
+{
+    return counted(__libc_malloc(size));
+}
+
+void *calloc(std::size_t count, std::size_t size)
+{
+    return counted(__libc_calloc(count, size));
+}
+
+void *realloc(void *block, std::size_t size)
+{
+    const long long before =
+        block == nullptr ? 0 : static_cast<long long>(malloc_usable_size(block));
+    void *const grown = __libc_realloc(block, size);
+    if (grown != nullptr || size == 0) {
+        held -= before;
+    }
+    return counted(grown);
+}
+
+void free(void *block)
+{
+    uncount(block);
+    __libc_free(block);
+}
+}
+
+bool heapWatch::isAvailable()
+{
+    return true;
+}
+
+void heapWatch::restart()
+{
+    atRestart.store(held);
+    most.store(held);
+}
+
+std::size_t heapWatch::peak()
+{
+    return static_cast<std::size_t>(most - atRestart);
+}
