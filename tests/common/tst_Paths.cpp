@@ -335,8 +335,12 @@ void tst_Paths::temporaryFolderWithoutAVariable()
                                expansionsWith({}, {path}).value(0)};
     // Windows has no other source, so that the path stays as it is.
     const QStringList onWindows = {path, path, path};
+    const QByteArray value = qgetenv("TMPDIR");
+    qunsetenv("TMPDIR");
     const QStringList elsewhere = {QStringLiteral("/tmp-variable/x"),
-                                   QStringLiteral("/tmpdir-variable/x"), QStringLiteral("/tmp/x")};
+                                   QStringLiteral("/tmpdir-variable/x"),
+                                   QDir::tempPath() + QStringLiteral("/x")};
+    qputenv("TMPDIR", value);
     QCOMPARE(found, isWindows() ? onWindows : elsewhere);
 }
 
