@@ -20,6 +20,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kShowDelay = 30ms;
+constexpr int kShowRetries = 10;
 
 // Designed sizes, in pixels.
 constexpr double kOuterMargin = 0.0; // Deliberate: the frame fills the popup.
@@ -127,6 +128,7 @@ void MessagePopupWidgetPrivate::showMessage(const QString &text, int type)
     q->setAccessibleName(text);
     measure();
     stopWaiting();
+    showRetries = kShowRetries;
     showDelay->start();
 }
 
@@ -144,9 +146,19 @@ void MessagePopupWidgetPrivate::showOnScreen()
         window->installEventFilter(this);
         return;
     }
+    if (isBeingUnmapped() && showRetries > 0) {
+        --showRetries;
+        showDelay->start();
+        return;
+    }
     q->showPopup();
     QAccessibleEvent alert(q, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
+}
+
+bool MessagePopupWidgetPrivate::isBeingUnmapped() const
+{
+    return !q->isVisible() && q->windowHandle() != nullptr && q->windowHandle()->isExposed();
 }
 
 void MessagePopupWidgetPrivate::stopWaiting()

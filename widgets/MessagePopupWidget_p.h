@@ -37,6 +37,8 @@ public:
     QTimer *showDelay = nullptr;
     /// The base widget's window, while a message waits for it to get onto the screen.
     QPointer<QWindow> awaitedWindow;
+    /// How often the show may still be put off because the display is behind.
+    int showRetries = 0;
 
 private:
     void applyStyle(int type) const;
@@ -44,6 +46,9 @@ private:
     /// Shows the popup, but not before the base widget's window is on the screen: until then it may
     /// still be moved by the window manager, which would hide the popup unseen.
     void showOnScreen();
+    /// True while the display has not yet carried out the hide that a new message began with:
+    /// showing the popup again would come too early for it.
+    [[nodiscard]] bool isBeingUnmapped() const;
     void stopWaiting();
     void activateLayouts();
     [[nodiscard]] int widestLine() const;

@@ -219,8 +219,11 @@ QRect PopupWidgetPrivate::placement() const
         return q->geometry();
     }
     const QRect base(baseWidget->mapToGlobal(QPoint()), baseWidget->size());
-    const bool isCreated = q->testAttribute(Qt::WA_WState_Created);
-    return placedAgainst(base, isCreated ? q->size() : q->sizeHint());
+    if (!q->testAttribute(Qt::WA_WState_Created)) {
+        return placedAgainst(base, q->sizeHint());
+    }
+    // A display that is behind may still report the size before the last change of layout.
+    return placedAgainst(base, q->size().expandedTo(q->minimumSize()).boundedTo(q->maximumSize()));
 }
 
 QRect PopupWidgetPrivate::placedAgainst(const QRect &base, const QSize &size) const

@@ -1,6 +1,7 @@
 #include "widgets/DrivenPopupWidget.h"
 
 #include "tests/support/ZelTest.h"
+#include "tests/widgets/Activation.h"
 #include "widgets/DrivenPopupWidget_p.h"
 
 #include <QApplication>
@@ -39,15 +40,10 @@ struct Stage
         popup->setAlignment(Qt::AlignLeft | Qt::AlignTop);
         popup->setEffectDuration(0);
         priv = popup->findChild<DrivenPopupWidgetPrivate *>();
-        window.show();
-        window.activateWindow();
         edit->setFocus();
     }
 
-    [[nodiscard]] bool isReady()
-    {
-        return QTest::qWaitForWindowExposed(&window) && QTest::qWaitForWindowActive(&window);
-    }
+    [[nodiscard]] bool isReady() { return showActive(window); }
 
     /// Shows the popup without animation.
     void showAtOnce() const
@@ -435,14 +431,12 @@ void tst_DrivenPopupWidget::anotherWindowHidesItAtOnce()
     other.setGeometry(700, 150, 100, 100);
     other.show();
     QVERIFY(QTest::qWaitForWindowExposed(&other));
-    stage.window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&stage.window));
+    QVERIFY(activate(stage.window));
     stage.showAtOnce();
     stage.popup->setEffectDuration(kLong);
-    other.activateWindow();
-    QTRY_VERIFY(stage.popup->isHidden());
+    QVERIFY(activate(other));
+    QVERIFY(stage.popup->isHidden());
     QVERIFY(!stage.popup->isActive());
-    QTRY_VERIFY(other.isActiveWindow());
 }
 
 void tst_DrivenPopupWidget::aDrivenPopupMayBeActive()
@@ -450,8 +444,7 @@ void tst_DrivenPopupWidget::aDrivenPopupMayBeActive()
     Stage stage;
     QVERIFY(stage.isReady());
     stage.showAtOnce();
-    stage.popup->activateWindow();
-    QTRY_COMPARE(QApplication::activeWindow(), stage.popup);
+    QVERIFY(activate(*stage.popup));
     stage.call("updateVisibility");
     QVERIFY(stage.popup->isVisible());
     QVERIFY(stage.popup->isActive());
@@ -462,8 +455,7 @@ void tst_DrivenPopupWidget::activePopupGivesTheActivationBack()
     Stage stage;
     QVERIFY(stage.isReady());
     stage.showAtOnce();
-    stage.popup->activateWindow();
-    QTRY_COMPARE(QApplication::activeWindow(), stage.popup);
+    QVERIFY(activate(*stage.popup));
     // As when the user clicks into the popup: the window manager has time to settle.
     stage.popup->setEffectDuration(150);
     QTest::mouseClick(stage.popup, Qt::LeftButton);
@@ -575,18 +567,18 @@ void tst_DrivenPopupWidget::softwareInputPanelActivatesItsWindow()
     Stage stage;
     QVERIFY(stage.isReady());
     stage.showAtOnce();
-    stage.popup->activateWindow();
-    QTRY_COMPARE(QApplication::activeWindow(), stage.popup);
-    const auto windowAfterRequest = [&stage] {
-        // A display heeds only what is newer than its last change of focus; without real keys and
-        // clicks it is a change of title that brings the time.
-        stage.window.setWindowTitle(stage.window.windowTitle() + QLatin1Char('.'));
+    DrivenPopupWidget activeOne;
+    activeOne.setGeometry(700, 150, 100, 100);
+    activeOne.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&activeOne));
+    QVERIFY(activate(activeOne));
+    QVERIFY(stage.popup->isVisible());
+    const auto request = [&stage] {
         // By hand: the toolkit itself keeps this event from the filters of the application.
-        QEvent request(QEvent::RequestSoftwareInputPanel);
-        return stage.priv->eventFilter(stage.edit, &request) ? nullptr
-                                                             : QApplication::activeWindow();
+        QEvent event(QEvent::RequestSoftwareInputPanel);
+        stage.priv->eventFilter(stage.edit, &event);
     };
-    QTRY_COMPARE(windowAfterRequest(), &stage.window);
+    QVERIFY(becomesActive(stage.window, request));
 }
 
 void tst_DrivenPopupWidget::forcedHideIsMarked()

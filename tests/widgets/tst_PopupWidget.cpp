@@ -14,6 +14,7 @@
 #include <QPropertyAnimation>
 #include <QSignalSpy>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <qtestspontaneevent.h>
 
 #include <memory>
@@ -501,12 +502,14 @@ void tst_PopupWidget::comesAndGoes()
         QCOMPARE(opened.at(0).at(0).toBool(), true);
         QVERIFY(stage.popup->isVisible());
         QVERIFY(stage.effectLabel()->isHidden());
+        QVERIFY(QTest::qWaitForWindowExposed(stage.popup));
 
         stage.popup->hidePopup();
         QTRY_COMPARE(opened.size(), 2);
         QCOMPARE(opened.at(1).at(0).toBool(), false);
         QVERIFY(stage.popup->isHidden());
         QVERIFY(stage.effectLabel()->isHidden());
+        QTRY_VERIFY(!stage.popup->windowHandle()->isExposed());
         opened.clear();
     }
 }
