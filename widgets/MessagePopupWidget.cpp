@@ -172,8 +172,9 @@ void MessagePopupWidgetPrivate::stopWaiting()
 void MessagePopupWidgetPrivate::applyStyle(int type) const
 {
     const bool isKnown = type >= 0 && type < static_cast<int>(kStyles.size());
+    // For any other type the tail stands alone, deliberately, though the toolkit cannot read it.
     const MessageStyle style =
-        isKnown ? kStyles.at(static_cast<std::size_t>(type)) : MessageStyle{"", "QFrame {"};
+        isKnown ? kStyles.at(static_cast<std::size_t>(type)) : MessageStyle{"", ""};
     label->setStyleSheet(QLatin1String(style.label));
     frame->setStyleSheet(
         QLatin1String(style.frame)

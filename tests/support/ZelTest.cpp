@@ -36,12 +36,7 @@ ZelTest::~ZelTest()
 
 void ZelTest::expectWarning(const QString &pattern)
 {
-    m_expected.emplace_back(pattern);
-}
-
-void ZelTest::allowWarnings(const QString &pattern)
-{
-    m_allowed.emplace_back(pattern);
+    m_expected.push_back({QTest::currentTestFunction(), QRegularExpression(pattern)});
 }
 
 void ZelTest::initTestCase_data()
@@ -65,18 +60,12 @@ void ZelTest::handleMessage(QtMsgType type, const QMessageLogContext &context, c
     }
 }
 
-bool ZelTest::isExpected(const QString &text)
+bool ZelTest::isExpected(const QString &text) const
 {
-    const auto matches = [&text](const QRegularExpression &e) { return e.match(text).hasMatch(); };
-    if (std::any_of(m_allowed.begin(), m_allowed.end(), matches)) {
-        return true;
-    }
-    const auto match = std::find_if(m_expected.begin(), m_expected.end(), matches);
-    if (match == m_expected.end()) {
-        return false;
-    }
-    m_expected.erase(match);
-    return true;
+    return std::any_of(m_expected.begin(), m_expected.end(), [&text](const Expectation &expected) {
+        return expected.function == QTest::currentTestFunction()
+               && expected.pattern.match(text).hasMatch();
+    });
 }
 
 TestSandbox::TestSandbox()

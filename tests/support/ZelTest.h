@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QObject>
 #include <QRegularExpression>
 #include <QString>
@@ -18,7 +19,7 @@ public:
     ~ZelTest() override;
 
 protected:
-    /// Announces one warning that the running test function provokes on purpose.
+    /// Announces warnings that the running test function provokes on purpose.
     void expectWarning(const QString &pattern);
     /// Lets all warnings pass that are not the program's, but of the desktop that it runs on.
     void allowWarnings(const QString &pattern);
@@ -30,9 +31,14 @@ private slots:
 private:
     static void handleMessage(QtMsgType type, const QMessageLogContext &context,
                               const QString &text);
-    [[nodiscard]] bool isExpected(const QString &text);
+    [[nodiscard]] bool isExpected(const QString &text) const;
 
-    std::vector<QRegularExpression> m_expected;
+    struct Expectation
+    {
+        QByteArray function;
+        QRegularExpression pattern;
+    };
+    std::vector<Expectation> m_expected;
     std::vector<QRegularExpression> m_allowed;
 };
 
