@@ -2,6 +2,7 @@
 
 #include "models/MaskValidationModel.h"
 #include "models/TokenValidationModel.h"
+#include "tests/support/Activation.h"
 #include "tests/support/WindowDriver.h"
 #include "tests/support/ZelTest.h"
 #include "widgets/HardwareTypeComboBox.h"
@@ -61,7 +62,7 @@ void tst_MainJob::start(const QString &path)
 {
     m_window = std::make_unique<ZelCreator>(path);
     m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(activate(*m_window));
 }
 
 void tst_MainJob::chooseTab(int index)

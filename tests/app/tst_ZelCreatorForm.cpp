@@ -1,6 +1,7 @@
 #include "app/ZelCreatorForm.h"
 
 #include "app/ZelCreator.h"
+#include "tests/support/Activation.h"
 #include "tests/support/ZelTest.h"
 #include "views/MaskValidationTableView.h"
 #include "widgets/ButtonHoverWatcher.h"
@@ -93,7 +94,7 @@ void tst_ZelCreatorForm::init()
     m_is144 = m_window->logicalDpiX() == 144;
     QVERIFY(m_is144 || m_window->logicalDpiX() == 96);
     m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(activate(*m_window));
 }
 
 void tst_ZelCreatorForm::cleanup()

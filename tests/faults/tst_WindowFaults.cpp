@@ -3,6 +3,7 @@
 #include "models/MaskValidationModel.h"
 #include "models/TokenValidationModel.h"
 #include "tests/faults/Limits.h"
+#include "tests/support/Activation.h"
 #include "tests/support/WindowDriver.h"
 #include "tests/support/ZelTest.h"
 #include "tlv/ZelFile.h"
@@ -167,7 +168,7 @@ void tst_WindowFaults::startWithPackage()
 {
     m_window = std::make_unique<ZelCreator>(file(QStringLiteral("good.zel")));
     m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(activate(*m_window));
     edit();
     QCOMPARE(m_window->windowTitle(), QStringLiteral("good* - ZEL File Creator"));
 }
@@ -383,7 +384,7 @@ void tst_WindowFaults::failedSaveWithoutAPathChoosesNone()
 {
     m_window = std::make_unique<ZelCreator>(QString());
     m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    QVERIFY(activate(*m_window));
     chooseFirmware();
     find<QLineEdit>("firmwareAddress")->setText(QStringLiteral("80000000"));
     setMode(m_folder->path(), 0555);

@@ -1,4 +1,5 @@
 #include "tests/support/WindowDriver.h"
+#include "tests/support/Activation.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -63,7 +64,7 @@ void answerFileDialog(const QString &path, const std::function<void()> &afterwar
     onNextDialog([path, afterwards](QWidget *dialog) {
         auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
         QVERIFY(name != nullptr);
-        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        QVERIFY(activate(*dialog));
         // Not typed key by key: the completer's popup would take the next click. What typing does
         // besides is to take back the selection in the list of files.
         name->setText(path);

@@ -34,14 +34,18 @@ unset WAYLAND_DISPLAY
 export QT_XCB_GL_INTEGRATION=none
 export DBUS_SESSION_BUS_ADDRESS=disabled:
 
-HOME="$scratch" XDG_CONFIG_HOME="$scratch" openbox --sm-disable >"$scratch/manager.log" 2>&1 &
+HOME="$scratch" XDG_CONFIG_HOME="$scratch" \
+    openbox --sm-disable --startup "touch $scratch/managed" >"$scratch/manager.log" 2>&1 &
 manager=$!
-for _ in $(seq 100); do
-    if xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; then
-        break
-    fi
-    sleep 0.05
+for _ in $(seq 600); do
+    [ ! -e "$scratch/managed" ] || break
+    sleep 0.1
 done
+if [ ! -e "$scratch/managed" ]; then
+    echo "on-desktop: the window manager did not start:" >&2
+    cat "$scratch/manager.log" >&2
+    exit 125
+fi
 
 status=0
 "$@" || status=$?

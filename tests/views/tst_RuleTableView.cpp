@@ -1,5 +1,6 @@
 #include "models/MaskValidationModel.h"
 #include "models/TokenValidationModel.h"
+#include "tests/support/Activation.h"
 #include "tests/support/ZelTest.h"
 #include "views/MaskValidationTableView.h"
 #include "views/TokenValidationTableView.h"
@@ -177,7 +178,7 @@ void tst_RuleTableView::newRuleIsEnteredWithTheKeyboard()
     QFETCH(int, sortColumn);
 
     MaskTable table(manyRules());
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.sortByColumn(sortColumn, order);
     const int last = table.model.rowCount();
     QVERIFY(table.model.insertRows(last, 1));
@@ -212,7 +213,7 @@ void tst_RuleTableView::newRuleIsEnteredWithTheKeyboard()
 void tst_RuleTableView::beginEditingEndsTheEditInProgress()
 {
     MaskTable table({rule(1), rule(2), rule(3)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, 0));
     table.type("50");
     // Ending that edit moves the rules 2 and 3 up.
@@ -227,7 +228,7 @@ void tst_RuleTableView::beginEditingEndsTheEditInProgress()
 void tst_RuleTableView::beginEditingScrollsBack()
 {
     MaskTable table(manyRules());
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.setCurrentIndex(table.cell(0, 0));
     table.view.scrollToBottom();
     table.view.beginEditing(table.cell(0, 0));
@@ -238,7 +239,7 @@ void tst_RuleTableView::beginEditingScrollsBack()
 void tst_RuleTableView::beginEditingOfNothingDoesNothing()
 {
     MaskTable table({rule(1)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.clearFocus();
     table.view.beginEditing(QModelIndex());
     QVERIFY(!table.editor());
@@ -266,7 +267,7 @@ void tst_RuleTableView::editedRuleStaysCurrentSelectedAndInSight()
     QFETCH(QString, typed);
 
     MaskTable table(manyRules(), order);
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.scrollTo(table.cell(rule, 0));
     table.click(table.cell(rule, 0));
     table.press(Qt::Key_F2);
@@ -284,7 +285,7 @@ void tst_RuleTableView::editedRuleStaysCurrentSelectedAndInSight()
 void tst_RuleTableView::escapeLeavesTheRuleAlone()
 {
     MaskTable table({rule(1), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(1, kMaskColumn));
     table.type("changed");
     table.press(Qt::Key_Escape);
@@ -296,7 +297,7 @@ void tst_RuleTableView::escapeLeavesTheRuleAlone()
 void tst_RuleTableView::clickElsewhereCommits()
 {
     MaskTable table({rule(1), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, kMaskColumn));
     table.type("typed");
     table.click(table.cell(1, 0));
@@ -308,7 +309,7 @@ void tst_RuleTableView::clickElsewhereCommits()
 void tst_RuleTableView::tabWalksOverTheFields()
 {
     MaskTable table({rule(1), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, kMaskColumn));
     table.press(Qt::Key_Tab);
     QCOMPARE(table.current(), table.model.index(1, 0));
@@ -325,7 +326,7 @@ void tst_RuleTableView::tabWalksOverTheFields()
 void tst_RuleTableView::backtabWalksBack()
 {
     MaskTable table({rule(1), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(1, 0));
     table.press(Qt::Key_Backtab);
     QCOMPARE(table.current(), table.model.index(0, kMaskColumn));
@@ -341,7 +342,7 @@ void tst_RuleTableView::backtabWalksBack()
 void tst_RuleTableView::tabWithoutAnEditorWalksOverTheFields()
 {
     MaskTable table({rule(1), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.click(table.cell(0, kMaskColumn));
     QTest::keyClick(&table.view, Qt::Key_Tab);
     QCOMPARE(table.current(), table.model.index(1, 0));
@@ -371,7 +372,7 @@ void tst_RuleTableView::deleteCellOpensNoEditor()
     QFETCH(int, key);
 
     MaskTable table({rule(1), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.setFocus();
     table.view.setCurrentIndex(table.cell(0, kDeleteColumn));
     table.press(static_cast<Qt::Key>(key));
@@ -386,7 +387,7 @@ void tst_RuleTableView::deleteCellOpensNoEditor()
 void tst_RuleTableView::emptyMaskKeepsTheEditorOpen()
 {
     MaskTable table({rule(1, "old")});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, kMaskColumn));
     table.press(Qt::Key_Backspace);
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab, Qt::Key_Backtab}) {
@@ -403,7 +404,7 @@ void tst_RuleTableView::emptyMaskKeepsTheEditorOpen()
 void tst_RuleTableView::emptyMaskIsDroppedWithTheFocus()
 {
     MaskTable table({rule(1, "old"), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, kMaskColumn));
     table.press(Qt::Key_Backspace);
     table.click(table.cell(1, 0));
@@ -420,7 +421,7 @@ void tst_RuleTableView::emptyMaskIsDroppedWithTheFocus()
 void tst_RuleTableView::tokenEditorTakesOneLetter()
 {
     TokenTable table(QList<TokenValidationRule>{{"A", "1"}});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, 0));
     auto *lineEdit = qobject_cast<QLineEdit *>(table.editor());
     QVERIFY(lineEdit);
@@ -442,7 +443,7 @@ void tst_RuleTableView::tokenEditorTakesOneLetter()
 void tst_RuleTableView::strangeTokenCanBeReplaced()
 {
     TokenTable table(QList<TokenValidationRule>{{"LONG", "1"}});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, 0));
     table.press(Qt::Key_Return);
     QCoreApplication::processEvents();
@@ -458,7 +459,7 @@ void tst_RuleTableView::untouchedEditorKeepsStrangeBytes()
 {
     const QByteArray bytes("\xff\xfe\x00tail\n\x01", 9);
     MaskTable table({{1, 2, bytes}, {3, 4, "m"}});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, kMaskColumn));
     table.press(Qt::Key_Return);
     QTRY_VERIFY(!table.editor());
@@ -474,7 +475,7 @@ void tst_RuleTableView::untouchedEditorKeepsStrangeBytes()
 void tst_RuleTableView::untouchedEditorsReportNoChange()
 {
     MaskTable table({rule(1), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     const QSignalSpy changed(&table.model, &QAbstractItemModel::dataChanged);
     table.view.beginEditing(table.cell(0, 0));
     for (int step = 0; step < 6; ++step) {
@@ -506,7 +507,7 @@ void tst_RuleTableView::deleteRemovesTheRuleShown()
     QFETCH(QList<int>, left);
 
     MaskTable table({rule(30), rule(10), rule(20)}, order);
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.clickDelete(row);
     QCOMPARE(table.model.rowCount(), 2);
     QCOMPARE(table.model.rules(), (QList<MaskValidationRule>{rule(left[0]), rule(left[1])}));
@@ -515,7 +516,7 @@ void tst_RuleTableView::deleteRemovesTheRuleShown()
 void tst_RuleTableView::deleteIsAnnouncedBeforeTheRuleGoes()
 {
     TokenTable table({{"A", "1"}, {"B", "2"}}, Qt::DescendingOrder);
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     QList<QPair<int, int>> announced;
     connect(&table.view, &TokenValidationTableView::onDeleteMaskValidationRule, this, [&](int row) {
         announced.append({row, table.model.rowCount()});
@@ -530,7 +531,7 @@ void tst_RuleTableView::deleteIsAnnouncedBeforeTheRuleGoes()
 void tst_RuleTableView::deleteIgnoresTheSelection()
 {
     MaskTable table({rule(1), rule(2), rule(3), rule(4)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.click(table.cell(0, 0));
     table.click(table.cell(2, 0), Qt::ShiftModifier);
     QCOMPARE(table.selectedRules(), (QList<int>{0, 1, 2}));
@@ -542,7 +543,7 @@ void tst_RuleTableView::deleteIgnoresTheSelection()
 void tst_RuleTableView::deleteAllRules()
 {
     MaskTable table({rule(1), rule(2), rule(3)}, Qt::DescendingOrder);
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.clickDelete(0);
     table.clickDelete(0);
     table.clickDelete(0);
@@ -556,7 +557,7 @@ void tst_RuleTableView::deleteAllRules()
 void tst_RuleTableView::deleteDuringAnEditRemovesTheRuleAimedAt()
 {
     MaskTable table({rule(10), rule(20), rule(30)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, 0));
     table.type("25");
     // The edited rule moves to the middle: the last row is not concerned.
@@ -570,7 +571,7 @@ void tst_RuleTableView::deleteDuringAnEditRemovesTheRuleAimedAt()
 void tst_RuleTableView::deleteOfTheEditedRule()
 {
     MaskTable table({rule(10), rule(20)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, kMaskColumn));
     table.type("typed");
     table.clickDelete(0);
@@ -589,7 +590,7 @@ void tst_RuleTableView::deleteOfTheEditedRule()
 void tst_RuleTableView::clickThatAnEditHasMisledDeletesNothing()
 {
     MaskTable table({rule(10), rule(20), rule(30)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, 0));
     table.type("35");
     // Aimed at 20, which the ending of the edit moves up: 30 is under the pointer.
@@ -616,7 +617,7 @@ void tst_RuleTableView::clickThatAnEditHasMisledDeletesNothing()
 void tst_RuleTableView::pressElsewhereReleaseOnTheButtonDeletesNothing()
 {
     MaskTable table({rule(1), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     QTest::mousePress(table.view.viewport(), Qt::LeftButton, {},
                       table.view.visualRect(table.cell(0, 0)).center());
     QTest::mouseRelease(table.view.viewport(), Qt::LeftButton, {}, table.deleteButton(1));
@@ -630,7 +631,7 @@ void tst_RuleTableView::pressElsewhereReleaseOnTheButtonDeletesNothing()
 void tst_RuleTableView::replacedModelDuringTheClickIsSurvived()
 {
     MaskTable table({rule(1), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     connect(&table.view, &MaskValidationTableView::onDeleteMaskValidationRule, this,
             [&] { table.model.setRules({}); });
     table.clickDelete(1);
@@ -640,7 +641,7 @@ void tst_RuleTableView::replacedModelDuringTheClickIsSurvived()
 void tst_RuleTableView::headerClickSorts()
 {
     MaskTable table({{1, 30, "c"}, {2, 10, "b"}, {3, 20, "a"}});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     QHeaderView *header = table.view.horizontalHeader();
     const auto click = [header](int column) {
         const QPoint position(header->sectionViewportPosition(column) + 8, header->height() / 2);
@@ -659,7 +660,7 @@ void tst_RuleTableView::headerClickSorts()
 void tst_RuleTableView::headerClickOnDeleteColumnKeepsTheSorting()
 {
     MaskTable table({rule(1), rule(3), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     QHeaderView *header = table.view.horizontalHeader();
     const auto click = [header] {
         const QPoint position(header->sectionViewportPosition(kDeleteColumn) + 8,
@@ -682,7 +683,7 @@ void tst_RuleTableView::headerClickOnDeleteColumnKeepsTheSorting()
 void tst_RuleTableView::selectionFollowsTheSorting()
 {
     MaskTable table({rule(1), rule(2), rule(3)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.click(table.cell(0, 1));
     table.view.sortByColumn(0, Qt::DescendingOrder);
     QCOMPARE(table.current(), table.model.index(0, 1));
@@ -693,7 +694,7 @@ void tst_RuleTableView::selectionFollowsTheSorting()
 void tst_RuleTableView::copiesWholeMaskRows()
 {
     MaskTable table({{7, 65535, " A*\t b\n"}, {1598, 2, "****"}, {9, 9, "unselected"}});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.click(table.cell(1, 0));
     table.click(table.cell(0, 2), Qt::ControlModifier);
     table.press(Qt::Key_C, Qt::ControlModifier);
@@ -703,7 +704,7 @@ void tst_RuleTableView::copiesWholeMaskRows()
 void tst_RuleTableView::copiesWholeTokenRows()
 {
     TokenTable table({{"A", "1"}, {"B", "<b>2</b>"}});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.setFocus();
     table.press(Qt::Key_A, Qt::ControlModifier);
     table.press(Qt::Key_C, Qt::ControlModifier);
@@ -732,7 +733,7 @@ void tst_RuleTableView::copies()
     QFETCH(QString, text);
 
     MaskTable table({rule(1), rule(2), rule(3)}, order);
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.setFocus();
     for (const int row : rows) {
         table.view.selectionModel()->select(
@@ -745,7 +746,7 @@ void tst_RuleTableView::copies()
 void tst_RuleTableView::copyOfNothingEmptiesTheClipboard()
 {
     MaskTable table({rule(1)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     QApplication::clipboard()->setText(QStringLiteral("before"));
     table.view.setFocus();
     table.view.clearSelection();
@@ -756,7 +757,7 @@ void tst_RuleTableView::copyOfNothingEmptiesTheClipboard()
 void tst_RuleTableView::copyOfSingleCells()
 {
     MaskTable table({rule(1, "a"), rule(2, "b"), rule(3, "c")});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.setFocus();
     QItemSelectionModel *selection = table.view.selectionModel();
     const auto copied = [&](std::initializer_list<QPair<int, int>> cells) {
@@ -779,7 +780,7 @@ void tst_RuleTableView::copyOfSingleCells()
 void tst_RuleTableView::copyInAnEditorIsTheEditors()
 {
     MaskTable table({rule(1, "whole"), rule(2)});
-    QVERIFY(QTest::qWaitForWindowActive(&table.view));
+    QVERIFY(activate(table.view));
     table.view.beginEditing(table.cell(0, kMaskColumn));
     table.press(Qt::Key_A, Qt::ControlModifier);
     table.press(Qt::Key_C, Qt::ControlModifier);

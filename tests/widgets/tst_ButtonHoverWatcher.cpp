@@ -1,5 +1,6 @@
 #include "widgets/ButtonHoverWatcher.h"
 
+#include "tests/support/Activation.h"
 #include "tests/support/ZelTest.h"
 
 #include <QApplication>
@@ -72,7 +73,7 @@ void tst_ButtonHoverWatcher::mouseOverTheButtonShowsTheHoverIcon()
     ButtonHoverWatcher watcher(m_normal, m_hover);
     button.installEventFilter(&watcher);
     window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(activate(window));
     QTest::mouseMove(&window, QPoint(10, 10));
 
     QTest::mouseMove(&button);

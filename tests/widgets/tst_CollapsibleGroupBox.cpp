@@ -1,6 +1,7 @@
 #include "widgets/CollapsibleGroupBox.h"
 
 #include "common/Scale.h"
+#include "tests/support/Activation.h"
 #include "tests/support/ZelTest.h"
 
 #include <QAccessible>
@@ -101,7 +102,7 @@ private:
 bool tst_CollapsibleGroupBox::show(QWidget &window)
 {
     window.show();
-    return QTest::qWaitForWindowActive(&window);
+    return activate(window);
 }
 
 void tst_CollapsibleGroupBox::startsExpanded()

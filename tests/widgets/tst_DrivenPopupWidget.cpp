@@ -1,7 +1,7 @@
 #include "widgets/DrivenPopupWidget.h"
 
+#include "tests/support/Activation.h"
 #include "tests/support/ZelTest.h"
-#include "tests/widgets/Activation.h"
 #include "widgets/DrivenPopupWidget_p.h"
 
 #include <QApplication>

@@ -1,5 +1,6 @@
 #include "widgets/FirmwareAddressLineEdit.h"
 
+#include "tests/support/Activation.h"
 #include "tests/support/ZelTest.h"
 
 #include <QApplication>
@@ -62,7 +63,7 @@ void tst_FirmwareAddressLineEdit::init()
         new QRegExpValidator(QRegExp(QStringLiteral("^[A-Fa-f0-9]{1,8}$")), m_field.get()));
     m_errors = std::make_unique<QSignalSpy>(m_field.get(), &FirmwareAddressLineEdit::errorOccurred);
     m_field->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_field.get()));
+    QVERIFY(activate(*m_field));
     setClipboard(QStringLiteral("untouched"));
 }
 
@@ -177,7 +178,7 @@ void tst_FirmwareAddressLineEdit::aDisabledFieldTakesNoKeys()
     m_field->setEnabled(false);
     m_field->show();
     window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QVERIFY(activate(window));
 
     QTest::keySequence(window.windowHandle(), QKeySequence(QKeySequence::Cut));
 

@@ -1,5 +1,6 @@
 #include "widgets/HardwareTypeComboBox.h"
 
+#include "tests/support/Activation.h"
 #include "tests/support/ZelTest.h"
 
 #include <QAbstractItemView>
@@ -95,7 +96,7 @@ void tst_HardwareTypeComboBox::init()
     m_form = std::make_unique<Form>();
     m_box = m_form->box;
     m_form->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_form.get()));
+    QVERIFY(activate(*m_form));
     m_box->setFocus();
     QTRY_VERIFY(m_box->hasFocus());
 }

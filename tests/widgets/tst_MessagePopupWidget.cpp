@@ -1,8 +1,8 @@
 #include "widgets/MessagePopupWidget.h"
 
 #include "common/Scale.h"
+#include "tests/support/Activation.h"
 #include "tests/support/ZelTest.h"
-#include "tests/widgets/Activation.h"
 #include "widgets/MessageLabel.h"
 #include "widgets/MessagePopupWidget_p.h"
 

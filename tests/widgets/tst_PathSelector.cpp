@@ -1,6 +1,7 @@
 #include "widgets/PathSelector.h"
 
 #include "common/Scale.h"
+#include "tests/support/Activation.h"
 #include "tests/support/ZelTest.h"
 #include "widgets/ErrorMark.h"
 
@@ -173,7 +174,7 @@ bool tst_PathSelector::open(PathSelector::PathKind kind)
 {
     m_form = std::make_unique<Form>(kind);
     m_form->show();
-    return QTest::qWaitForWindowActive(m_form.get());
+    return activate(*m_form);
 }
 
 /// Gives the next file dialog its answer as soon as it is there.

@@ -15,19 +15,25 @@ inline bool becomesActive(QWidget &window, const std::function<void()> &request)
     constexpr int kAttempts = 8;
     constexpr int kPatienceMsec = 1000;
     const auto isActive = [&window] { return QApplication::activeWindow() == &window; };
+    const QString title = window.windowTitle();
     for (int attempt = 0; attempt < kAttempts && !isActive(); ++attempt) {
-        window.setWindowTitle(window.windowTitle() + QLatin1Char('.'));
+        window.setWindowTitle(title + QString(attempt + 1, QLatin1Char('.')));
         QCoreApplication::processEvents();
         request();
         if (QTest::qWaitFor(isActive, kPatienceMsec)) {
             break;
         }
     }
+    window.setWindowTitle(title);
     return isActive();
 }
 
+/// Waits until @p window, which is shown already, can be typed into.
 inline bool activate(QWidget &window)
 {
+    if (QTest::qWaitForWindowActive(&window, 1000)) {
+        return true;
+    }
     return becomesActive(window, [&window] { window.activateWindow(); });
 }
 
