@@ -12,6 +12,8 @@
 #include <QFileInfo>
 #include <QString>
 
+#include <new>
+#include <optional>
 #include <utility>
 
 namespace tlv {
@@ -22,6 +24,20 @@ namespace {
 /// a compressed form that is longer than the image.
 constexpr qint64 kLargestImage = 2'000'000'000;
 
+/// The whole content of @p file; nothing when it cannot be read or does not fit into memory.
+std::optional<QByteArray> contentOf(QFile &file)
+{
+    try {
+        QByteArray content = file.readAll();
+        if (file.error() == QFileDevice::NoError) {
+            return content;
+        }
+        return {};
+    } catch (const std::bad_alloc &) {
+        return {};
+    }
+}
+
 /// The path of a package beside its firmware file, for a save without a given path.
 QString packagePathBeside(const QFileInfo &firmware)
 {
@@ -29,6 +45,26 @@ QString packagePathBeside(const QFileInfo &firmware)
         QStringLiteral("%1_%2.zel")
             .arg(firmware.baseName(), QString::number(QDateTime::currentMSecsSinceEpoch()));
     return QDir(firmware.canonicalPath()).filePath(name);
+}
+
+/// The package file of @p record; empty when it does not fit into memory.
+QByteArray sealed(const PackageRecord &record)
+{
+    try {
+        return seal(serializeBody(record));
+    } catch (const std::bad_alloc &) {
+        return {};
+    }
+}
+
+/// Reads what @p file holds into @p record. Nothing when it does not fit into memory.
+std::optional<ParseResult> parse(QFile &file, PackageRecord &record)
+{
+    try {
+        return parseBody(unseal(file), record);
+    } catch (const std::bad_alloc &) {
+        return {};
+    }
 }
 
 /// Performed all the same, though the firmware was just found there: its folder is created if
@@ -82,15 +118,15 @@ void ZelFile::setFirmwareFile(const QString &path, quint32 address)
     if (!file.open(QIODevice::ReadOnly)) {
         return;
     }
-    const QByteArray image = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
+    const std::optional<QByteArray> image = contentOf(file);
+    if (!image) {
         return;
     }
     registerSection(kFirmwareFileSectionTag);
     registerSection(kFirmwareTag);
     m_record.firmwareAddress = address;
-    m_record.firmwareImage = image;
-    m_record.firmwareSize = static_cast<quint32>(image.size());
+    m_record.firmwareImage = *image;
+    m_record.firmwareSize = static_cast<quint32>(image->size());
     m_record.firmwareFileName = info.fileName().toUtf8();
     m_record.firmwareFilePath = path.toUtf8();
 }
@@ -111,12 +147,12 @@ bool ZelFile::save(QString &path, QString &errorMessage)
         errorMessage = tr("The firmware path is a folder. Please select another firmware file.");
         return false;
     }
-    const QByteArray package = seal(serializeBody(m_record));
+    const QByteArray package = sealed(m_record);
     if (path.isEmpty()) {
         path = packagePathBeside(firmware);
     }
     ensureFolderOf(firmware);
-    if (!writeBytesToFile(path, package)) {
+    if (package.isEmpty() || !writeBytesToFile(path, package)) {
         errorMessage = tr("Failed to open an ZEL file for writing.");
         return false;
     }
@@ -136,13 +172,19 @@ bool ZelFile::load(const QString &path, QString &errorMessage)
         errorMessage = notAPackage;
         return false;
     }
+    const QString cannotOpen = tr("Failed to open the ZEL file.");
     QFile file(path);
     if (!info.isFile() || !file.open(QIODevice::ReadOnly)) {
-        errorMessage = tr("Failed to open the ZEL file.");
+        errorMessage = cannotOpen;
         return false;
     }
     PackageRecord record = m_record;
-    if (parseBody(unseal(file), record) != ParseResult::Success) {
+    const std::optional<ParseResult> result = parse(file, record);
+    if (!result) {
+        errorMessage = cannotOpen;
+        return false;
+    }
+    if (*result != ParseResult::Success) {
         errorMessage = notAPackage;
         return false;
     }
