@@ -8,10 +8,10 @@
 // The functions of the C library that hold the heap. The definitions below take the place of those
 // that every library of this process calls, and count on their way.
 extern "C" {
-void *__libc_malloc(std::size_t size);
-void *__libc_calloc(std::size_t count, std::size_t size);
-void *__libc_realloc(void *block, std::size_t size);
-void __libc_free(void *block);
+void *libraryMalloc(std::size_t size) __asm__("__libc_malloc");
+void *libraryCalloc(std::size_t count, std::size_t size) __asm__("__libc_calloc");
+void *libraryRealloc(void *block, std::size_t size) __asm__("__libc_realloc");
+void libraryFree(void *block) __asm__("__libc_free");
 }
 
 namespace {
@@ -44,19 +44,19 @@ extern "C" {
 
 void *malloc(std::size_t size)
 {
-    return counted(__libc_malloc(size));
+    return counted(libraryMalloc(size));
 }
 
 void *calloc(std::size_t count, std::size_t size)
 {
-    return counted(__libc_calloc(count, size));
+    return counted(libraryCalloc(count, size));
 }
 
 void *realloc(void *block, std::size_t size)
 {
     const long long before =
         block == nullptr ? 0 : static_cast<long long>(malloc_usable_size(block));
-    void *const grown = __libc_realloc(block, size);
+    void *const grown = libraryRealloc(block, size);
     if (grown != nullptr || size == 0) {
         held -= before;
     }
@@ -66,7 +66,7 @@ void *realloc(void *block, std::size_t size)
 void free(void *block)
 {
     uncount(block);
-    __libc_free(block);
+    libraryFree(block);
 }
 }
 
