@@ -1,0 +1,119 @@
+#!/usr/bin/env bash
+# Builds the ZEL File Creator for Windows, on Debian 12.
+#
+#   packaging/windows/build.sh [--qt ARCHIVE] [--test]
+#
+# Leaves the portable archive and the installer in build/windows/. With --test it also runs every test
+# under Wine, the installer's included, and leaves pictures in build/windows/pictures/.
+#
+# The toolkit comes from ARCHIVE, else from where an earlier run left it, else from an archive in a
+# folder "shared" beside this source tree, else from Debian's source package, which takes some 20
+# minutes. ZEL_JOBS says how many processes to run at a time (default: one per processor).
+set -euo pipefail
+
+fail() {
+    echo "packaging/windows/build.sh: $*" >&2
+    exit 1
+}
+
+archive=
+test=
+while [ $# -gt 0 ]; do
+    case "$1" in
+        --qt)
+            [ $# -ge 2 ] || fail "--qt needs the name of an archive."
+            archive=$(realpath -m "$2")
+            [ -f "$archive" ] || fail "there is no archive $2: name an existing one, or leave --qt away."
+            shift
+            ;;
+        --test) test=yes ;;
+        -h | --help)
+            sed -n '2,/^set /s/^# \{0,1\}//p' "$0"
+            exit 0
+            ;;
+        *) fail "unknown argument $1: only --qt ARCHIVE and --test are known." ;;
+    esac
+    shift
+done
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+root=$(cd "$here/../.." && pwd)
+jobs=${ZEL_JOBS:-$(nproc)}
+export ZEL_JOBS=$jobs
+name=qt-5.15.8-windows-x86_64
+export ZEL_WINDOWS_QT=${XDG_CACHE_HOME:-$HOME/.cache}/zel-file-creator/$name
+
+# install_missing PACKAGE...: those that are not there yet.
+install_missing() {
+    local package missing=()
+    command -v dpkg-query >/dev/null || fail "this system has no Debian packages: run this script on Debian 12."
+    for package in "$@"; do
+        dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed \
+            || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+    local become=()
+    if [ "$(id -u)" != 0 ]; then
+        command -v sudo >/dev/null \
+            || fail "these packages are missing and there is no sudo to install them with; as root, run: apt-get install ${missing[*]}"
+        become=(sudo)
+    fi
+    echo "installing ${missing[*]}"
+    local log
+    log=$(mktemp)
+    { "${become[@]}" apt-get update \
+        && "${become[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1 || {
+        tail -n 5 "$log" >&2
+        rm -f "$log"
+        fail "these packages could not be installed: ${missing[*]}; check the network and the package sources."
+    }
+    rm -f "$log"
+}
+
+# Where the toolkit in the cache came from, and the same words for an archive.
+cached_origin() {
+    cat "$ZEL_WINDOWS_QT/.complete" 2>/dev/null || true
+}
+origin_of() { # ARCHIVE
+    echo "archive $(sha256sum "$1" | cut -d ' ' -f 1)"
+}
+
+provide_toolkit() {
+    if [ -z "$archive" ] && [ -z "$(cached_origin)" ] && [ -f "$root/../shared/$name.tar.xz" ]; then
+        archive=$(realpath "$root/../shared/$name.tar.xz")
+    fi
+    if [ -n "$archive" ]; then
+        if [ "$(cached_origin)" != "$(origin_of "$archive")" ]; then
+            "$here/qt.sh" unpack "$archive" "$ZEL_WINDOWS_QT"
+        fi
+    elif [ -z "$(cached_origin)" ]; then
+        install_missing dpkg-dev g++ make perl
+        "$here/qt.sh" build "$ZEL_WINDOWS_QT"
+    fi
+}
+
+# libqt5core5a for the licence texts of the toolkit's parts, the fonts for what the tests show.
+packages=(cmake ninja-build g++-mingw-w64-x86-64-posix nsis xz-utils libqt5core5a)
+[ -z "$test" ] || packages+=(wine wine64 xvfb xauth x11-utils xdotool imagemagick unzip fonts-wine
+    fonts-liberation fonts-dejavu-core)
+install_missing "${packages[@]}"
+provide_toolkit
+
+cd "$root"
+if command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+fi
+tests=OFF
+[ -z "$test" ] || tests=ON
+cmake --preset windows -D ZEL_BUILD_TESTS=$tests -D ZEL_WINDOWS_QT="$ZEL_WINDOWS_QT" --log-level=WARNING \
+    | sed '/^Preset CMake variables/,/^$/d'
+cmake --build --preset windows --parallel "$jobs"
+
+if [ -n "$test" ]; then
+    "$here/wine/session.sh" -j "$jobs" \
+        ctest --test-dir "$root/build/windows" --output-on-failure --parallel "$jobs"
+fi
+
+echo "done:"
+ls "$root"/build/windows/*-windows-x86_64.zip "$root"/build/windows/*-windows-x86_64-setup.exe
