@@ -1,5 +1,7 @@
 #include "tests/support/ZelTest.h"
 
+#include "tests/support/SettingsSandbox.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -13,6 +15,7 @@ namespace {
 QtMessageHandler testHandler = nullptr;
 ZelTest *runningTest = nullptr;
 std::unique_ptr<QTemporaryDir> sandboxFolder;
+std::unique_ptr<SettingsSandbox> settingsSandbox;
 
 /// Whether the X server only says that a window was gone before a request for it arrived: a test
 /// closes windows faster than the window manager answers.
@@ -87,12 +90,13 @@ TestSandbox::TestSandbox()
     const QString runtime = root.filePath(QStringLiteral("runtime"));
     QFile::setPermissions(runtime, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     qputenv("XDG_RUNTIME_DIR", runtime.toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", root.filePath(QStringLiteral("config")).toLocal8Bit());
 #endif
+    settingsSandbox = std::make_unique<SettingsSandbox>(root.filePath(QStringLiteral("config")));
 }
 
 TestSandbox::~TestSandbox()
 {
+    settingsSandbox.reset();
     sandboxFolder.reset();
 }
 
