@@ -95,8 +95,8 @@ provide_toolkit() {
 
 # libqt5core5a for the licence texts of the toolkit's parts, the fonts for what the tests show.
 packages=(cmake ninja-build g++-mingw-w64-x86-64-posix nsis xz-utils libqt5core5a)
-[ -z "$test" ] || packages+=(wine wine64 xvfb xauth x11-utils xdotool imagemagick unzip fonts-wine
-    fonts-liberation fonts-dejavu-core)
+[ -z "$test" ] || packages+=(wine wine64 xvfb unzip fonts-wine fonts-liberation fonts-dejavu-core
+    libfontconfig1 libxcursor1 libxrandr2 libxcomposite1 libxi6 libxrender1 libxinerama1 libgl1 opensbi seabios)
 install_missing "${packages[@]}"
 provide_toolkit
 

@@ -39,7 +39,7 @@ unpack() { # ARCHIVE FOLDER
     local archive=$1 folder=$2
     [ -f "$archive" ] || fail "there is no archive $archive: name an existing one, or leave --qt away."
     say "unpacking the toolkit from $archive"
-    tar -xf "$archive" -C "$scratch" --strip-components=1 --one-top-level=toolkit \
+    tar -xf "$archive" -C "$scratch" --strip-components=1 --one-top-level=toolkit 2>/dev/null \
         || fail "$archive could not be unpacked: it is damaged or no archive; get it again."
     put_in_place "$scratch/toolkit" "$folder" "archive $(sha256sum "$archive" | cut -d ' ' -f 1)"
 }
@@ -134,14 +134,14 @@ build() { # FOLDER
         || fail "the toolkit could not be configured; the lines above say why."
 
     local targets=(sub-widgets sub-testlib sub-winmain sub-plugins)
-    say "step 2 of 4: building the host tools and the libraries (about 1700 files)"
+    say "step 2 of 4: building the host tools and the libraries (about 1250 files)"
     with_progress "$scratch/make.log" sh -c \
         'make sub-src-qmake_all && make -C src -j"$@"' sh "$jobs" "${targets[@]}" \
         || fail "the toolkit could not be built; the lines above say why."
 
     say "step 3 of 4: installing"
     local installs=()
-    for library in bootstrap moc rcc uic tracegen qlalr qtzlib corelib gui widgets testlib winmain \
+    for library in bootstrap moc rcc uic qtzlib corelib gui widgets testlib winmain \
         platformsupport printsupport plugins; do
         grep -q "^sub-$library-install_subtargets:" src/Makefile && installs+=("sub-$library-install_subtargets")
     done

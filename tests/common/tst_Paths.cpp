@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <QThread>
 
@@ -17,8 +16,34 @@
 
 namespace {
 
-/// Makes this program print the expansions of its other arguments instead of testing.
+/// Makes this program print the expansions of its last arguments instead of testing. Before them,
+/// and before kPathsFollow, stand the variables that are to be set, as "NAME=VALUE".
 const char *const kExpandArgument = "--expand-placeholders";
+const char *const kPathsFollow = "--";
+
+const char *const kVariables[] = {"TEMP",
+                                  "TMP",
+                                  "TMPDIR",
+                                  "SYSTEMDRIVE",
+                                  "HOMEDRIVE",
+                                  "COMMONPROGRAMW6432",
+                                  "COMMONPROGRAMFILES",
+                                  "PROGRAMW6432",
+                                  "PROGRAMFILES"};
+
+/// Gives this process, of the variables that matter, only @p assignments. Done by the process
+/// itself, for a system may set some of them anew in every process that starts.
+void setVariables(const QStringList &assignments)
+{
+    for (const char *const name : kVariables) {
+        qunsetenv(name);
+    }
+    for (const QString &assignment : assignments) {
+        const int sign = assignment.indexOf(QLatin1Char('='));
+        qputenv(assignment.left(sign).toLatin1().constData(),
+                assignment.mid(sign + 1).toLocal8Bit());
+    }
+}
 
 /// Expands one path in a thread of its own.
 class Expansion final : public QThread
@@ -63,20 +88,13 @@ using Variables = QList<QPair<QString, QString>>;
 /// process lives. Of the variables that matter it has only @p variables.
 QStringList expansionsWith(const Variables &variables, const QStringList &paths)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name :
-         {"TEMP", "TMP", "TMPDIR", "SystemDrive", "HomeDrive", "SYSTEMDRIVE", "HOMEDRIVE",
-          "CommonProgramW6432", "CommonProgramFiles", "ProgramW6432", "ProgramFiles",
-          "COMMONPROGRAMW6432", "COMMONPROGRAMFILES", "PROGRAMW6432", "PROGRAMFILES"}) {
-        environment.remove(QString::fromLatin1(name));
-    }
+    QStringList arguments(QString::fromLatin1(kExpandArgument));
     for (const auto &variable : variables) {
-        environment.insert(variable.first, variable.second);
+        arguments << variable.first + QLatin1Char('=') + variable.second;
     }
+    arguments << QString::fromLatin1(kPathsFollow) << paths;
     QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationFilePath(),
-                  QStringList(QString::fromLatin1(kExpandArgument)) + paths);
+    process.start(QCoreApplication::applicationFilePath(), arguments);
     if (!process.waitForFinished() || process.exitCode() != 0) {
         return {QStringLiteral("<failed>")};
     }
@@ -439,7 +457,10 @@ int main(int argc, char *argv[])
 {
     if (argc > 1 && qstrcmp(argv[1], kExpandArgument) == 0) {
         const QCoreApplication application(argc, argv);
-        return printExpansions(QCoreApplication::arguments().mid(2));
+        const QStringList arguments = QCoreApplication::arguments();
+        const int paths = arguments.indexOf(QString::fromLatin1(kPathsFollow));
+        setVariables(arguments.mid(2, paths - 2));
+        return printExpansions(arguments.mid(paths + 1));
     }
     const TestSandbox sandbox;
     const QCoreApplication application(argc, argv);

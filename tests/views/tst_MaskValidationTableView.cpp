@@ -106,7 +106,7 @@ void tst_MaskValidationTableView::columnsTakeTheirPreferredWidth()
     MaskValidationModel model;
     MaskValidationTableView view;
     view.setModel(&model);
-    view.resize(100, 200);
+    view.resize(150, 200);
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     QCOMPARE(widths(view), preferredWidths(view));
@@ -130,7 +130,7 @@ void tst_MaskValidationTableView::spareWidthGoesToTheMaskColumn()
     view.resize(1200, 200);
     expected[2] += 200;
     QTRY_COMPARE(widths(view), expected);
-    view.resize(100, 200);
+    view.resize(150, 200);
     QTRY_COMPARE(widths(view), preferred);
 }
 

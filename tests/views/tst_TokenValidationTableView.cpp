@@ -89,7 +89,7 @@ void tst_TokenValidationTableView::columnsTakeTheirPreferredWidth()
     TokenValidationModel model;
     TokenValidationTableView view;
     view.setModel(&model);
-    view.resize(100, 200);
+    view.resize(150, 200);
     view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     QCOMPARE(widths(view), preferredWidths(view));
@@ -113,7 +113,7 @@ void tst_TokenValidationTableView::spareWidthGoesToTheValueColumn()
     view.resize(1200, 200);
     expected[1] += 200;
     QTRY_COMPARE(widths(view), expected);
-    view.resize(100, 200);
+    view.resize(150, 200);
     QTRY_COMPARE(widths(view), preferred);
 }
 

@@ -2,6 +2,7 @@
 
 #include "common/Scale.h"
 #include "tests/support/Activation.h"
+#include "tests/support/WindowDriver.h"
 #include "tests/support/ZelTest.h"
 #include "widgets/ErrorMark.h"
 
@@ -195,7 +196,7 @@ void tst_PathSelector::choose(QFileDialog &dialog, const QString &path)
 {
     auto *const name = dialog.findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
     name->selectAll();
-    QTest::keyClicks(name, path);
+    driver::enter(name, path);
     QTest::keyClick(name, Qt::Key_Return);
 }
 
@@ -553,7 +554,7 @@ void tst_PathSelector::leavingTheFieldChecks()
     m_form->selector->setFocus();
     QTRY_VERIFY(m_form->field->hasFocus());
 
-    QTest::keyClicks(m_form->field, m_file);
+    driver::enter(m_form->field, m_file);
     QCOMPARE(m_form->selector->path(), QString());
     QTest::keyClick(m_form->field, Qt::Key_Tab);
 
@@ -567,7 +568,7 @@ void tst_PathSelector::returnKeyChecks()
     m_form->selector->setFocus();
     QTRY_VERIFY(m_form->field->hasFocus());
 
-    QTest::keyClicks(m_form->field, m_folder);
+    driver::enter(m_form->field, m_folder);
     QTest::keyClick(m_form->field, Qt::Key_Return);
 
     QCOMPARE(

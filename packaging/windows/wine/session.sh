@@ -50,7 +50,7 @@ trap 'exit 143' TERM
 
 start_display() { # MACHINE
     mkfifo "$1/display.fifo"
-    Xvfb -displayfd 3 -screen 0 1600x1000x24 -nolisten tcp -noreset \
+    Xvfb -displayfd 3 -screen 0 2400x1500x24 -nolisten tcp -noreset \
         3>"$1/display.fifo" >"$1/display.log" 2>&1 &
     servers+=($!)
     local number
@@ -68,7 +68,7 @@ settings='Windows Registry Editor Version 5.00
 "Desktop"="Default"
 
 [HKEY_CURRENT_USER\Software\Wine\Explorer\Desktops]
-"Default"="1600x1000"
+"Default"="2400x1500"
 
 [HKEY_CURRENT_USER\Software\Wine\WineDbg]
 "ShowCrashDialog"=dword:00000000
