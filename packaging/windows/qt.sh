@@ -153,7 +153,7 @@ build() { # FOLDER
     cp -a "$build/bin/qmake" "$prefix/bin/"
     cp -a "$source/mkspecs" "$prefix/"
     cp -a "$build/mkspecs/." "$prefix/mkspecs/"
-    cp "$source"/LICENSE.* "$prefix/licenses/"
+    cp "$source"/LICENSE.*GPL* "$prefix/licenses/"
     cd /
     put_in_place "$prefix" "$folder" "the source package $(basename "$scratch"/fetched/*.dsc)"
 }
