@@ -12,8 +12,9 @@
 #include <QSet>
 #include <QSettings>
 
-#include <shellapi.h>
 #include <windows.h>
+
+#include <shellapi.h>
 
 #include <array>
 

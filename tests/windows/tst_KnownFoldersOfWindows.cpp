@@ -8,11 +8,12 @@
 #include <QDir>
 #include <QFile>
 
+#include <windows.h>
+
 #include <initguid.h>
 
 #include <knownfolders.h>
 #include <shlobj.h>
-#include <windows.h>
 
 #include <array>
 

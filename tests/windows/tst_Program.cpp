@@ -9,8 +9,9 @@
 #include <QSet>
 #include <QXmlStreamReader>
 
-#include <shellscalingapi.h>
 #include <windows.h>
+
+#include <shellscalingapi.h>
 
 #include <array>
 
