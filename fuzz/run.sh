@@ -44,7 +44,7 @@ scratch=$(mktemp -d -p "$([ -d /dev/shm ] && echo /dev/shm || echo "${TMPDIR:-/t
 trap 'rm -rf "$scratch"' EXIT
 export TMPDIR=$scratch QT_QPA_PLATFORM=offscreen
 export ASAN_OPTIONS=quarantine_size_mb=16:malloc_context_size=6
-export LSAN_OPTIONS=suppressions=$PWD/fuzz/leaks.supp:print_suppressions=0
+export LSAN_OPTIONS=suppressions=$PWD/tests/support/leaks.supp:print_suppressions=0
 
 for target in "${targets[@]}"; do
     fuzz "$target" "$seconds"
