@@ -186,8 +186,14 @@ MeasureRound operating(const Operation &operation, bool measuresLongest)
     return [=, oursNumber = 0, floorNumber = 0]() mutable {
         table::Round mean;
         table::Round longest;
-        mean.ours = timeOf(operation, ours, oursNumber, longest.ours);
+        const bool oursFirst = oursNumber / operation.times % 2 == 0;
+        if (oursFirst) {
+            mean.ours = timeOf(operation, ours, oursNumber, longest.ours);
+        }
         mean.floor = timeOf(operation, floor, floorNumber, longest.floor);
+        if (!oursFirst) {
+            mean.ours = timeOf(operation, ours, oursNumber, longest.ours);
+        }
         return measuresLongest ? longest : mean;
     };
 }

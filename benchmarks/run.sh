@@ -18,9 +18,11 @@ build benchmark
 programs=build/benchmark/benchmarks
 select=--benchmark_filter=${1:-all}
 
-# A row a line. The benchmark library itself reports on stderr, about the machine and its clock.
+# A row a line. What else the programs and the benchmark library have to say goes to a file.
+messages=$PWD/build/benchmark/messages.txt
+: >"$messages"
 rows() {
-    "$@" "$select" 2>/dev/null || fail "${!#} could not be run."
+    "$@" "$select" 2>>"$messages" || fail "${!#} stopped early; see $messages."
 }
 
 step "Measuring"
