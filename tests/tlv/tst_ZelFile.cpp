@@ -1031,7 +1031,20 @@ void tst_ZelFile::extractionStaysInItsFolder_data()
     QTest::newRow("not UTF-8") << QByteArrayLiteral("\xFF\xFE/\xC0\xAE.bin");
     QTest::newRow("fullwidth separators")
         << QStringLiteral("..\uFF0F..\uFF3Cup\uFF1As.bin").toUtf8();
+    QTest::newRow("control characters of Latin-1") << QByteArrayLiteral("a\xC2\x85\xC2\x9B.bin");
+    QTest::newRow("written from right to left") << QStringLiteral("a\u202Enib.exe").toUtf8();
+    QTest::newRow("several trailing dots and blanks") << QByteArrayLiteral("fw.bin. . .");
+    QTest::newRow("drive alone") << QByteArrayLiteral("C:");
+    QTest::newRow("drive, slashes") << QByteArrayLiteral("C:/escaped.bin");
+    QTest::newRow("device path") << QByteArrayLiteral("\\\\.\\C:\\escaped.bin");
+    QTest::newRow("device COM with a raised one") << QStringLiteral("COM\u00B9.bin").toUtf8();
+    QTest::newRow("default stream") << QByteArrayLiteral("fw.bin::$DATA");
+    QTest::newRow("the folder's own name") << QByteArrayLiteral("ZEL File Creator");
+    QTest::newRow("the folder's own name, from above") << QByteArrayLiteral("../ZEL File Creator");
+    QTest::newRow("the folder's own path") << extractionFolder().toUtf8();
+    QTest::newRow("by placeholder") << QByteArrayLiteral("%TEMP%/escaped.bin");
     QTest::newRow("300 characters") << QByteArray(300, 'n');
+    QTest::newRow("300 characters beyond ASCII") << QString(300, QChar(0x96FB)).toUtf8();
     QTest::newRow("300 characters and a suffix") << QByteArray(300, 'n') + ".bin";
     QTest::newRow("a mebibyte") << QByteArray(1 << 20, 'n');
 }
