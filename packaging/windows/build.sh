@@ -11,10 +11,9 @@
 # minutes. ZEL_JOBS says how many processes to run at a time (default: one per processor).
 set -euo pipefail
 
-fail() {
-    echo "packaging/windows/build.sh: $*" >&2
-    exit 1
-}
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+root=$(cd "$here/../.." && pwd)
+. "$root/tools/steps.sh"
 
 archive=
 test=
@@ -36,40 +35,10 @@ while [ $# -gt 0 ]; do
     shift
 done
 
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-root=$(cd "$here/../.." && pwd)
 jobs=${ZEL_JOBS:-$(nproc)}
 export ZEL_JOBS=$jobs
 name=qt-5.15.8-windows-x86_64
 export ZEL_WINDOWS_QT=${XDG_CACHE_HOME:-$HOME/.cache}/zel-file-creator/$name
-
-# install_missing PACKAGE...: those that are not there yet.
-install_missing() {
-    local package missing=()
-    command -v dpkg-query >/dev/null || fail "this system has no Debian packages: run this script on Debian 12."
-    for package in "$@"; do
-        dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed \
-            || missing+=("$package")
-    done
-    [ ${#missing[@]} -gt 0 ] || return 0
-    local become=()
-    if [ "$(id -u)" != 0 ]; then
-        command -v sudo >/dev/null \
-            || fail "these packages are missing and there is no sudo to install them with; as root, run: apt-get install ${missing[*]}"
-        become=(sudo)
-    fi
-    echo "installing ${missing[*]}"
-    local log
-    log=$(mktemp)
-    { "${become[@]}" apt-get update \
-        && "${become[@]}" env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1 || {
-        tail -n 5 "$log" >&2
-        rm -f "$log"
-        fail "these packages could not be installed: ${missing[*]}; check the network and the package sources."
-    }
-    rm -f "$log"
-}
 
 # Where the toolkit in the cache came from, and the same words for an archive.
 cached_origin() {
@@ -88,7 +57,7 @@ provide_toolkit() {
             "$here/qt.sh" unpack "$archive" "$ZEL_WINDOWS_QT"
         fi
     elif [ -z "$(cached_origin)" ]; then
-        install_missing dpkg-dev g++ make perl
+        need_packages dpkg-dev g++ make perl
         "$here/qt.sh" build "$ZEL_WINDOWS_QT"
     fi
 }
@@ -97,7 +66,7 @@ provide_toolkit() {
 packages=(cmake ninja-build g++-mingw-w64-x86-64-posix nsis xz-utils libqt5core5a)
 [ -z "$test" ] || packages+=(wine wine64 xvfb unzip fonts-wine fonts-liberation fonts-dejavu-core
     libfontconfig1 libxcursor1 libxrandr2 libxcomposite1 libxi6 libxrender1 libxinerama1 libgl1 opensbi seabios)
-install_missing "${packages[@]}"
+need_packages "${packages[@]}"
 provide_toolkit
 
 cd "$root"
