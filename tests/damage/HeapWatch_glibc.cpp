@@ -40,6 +40,8 @@ void uncount(void *block)
 
 } // namespace
 
+// The library's own headers name no parameter that a program could name as well.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" {
 
 void *malloc(std::size_t size)
@@ -69,6 +71,7 @@ void free(void *block)
     libraryFree(block);
 }
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 bool heapWatch::isAvailable()
 {

@@ -146,7 +146,7 @@ QByteArray RandomPackages::block(const QByteArray &body)
 {
     const QByteArray stream = oneIn(2) ? fuzz::storedStream(body)
                                        : qCompress(body, oneIn(8) ? 9 : 1).mid(kBlockHeaderLength);
-    quint32 claim = static_cast<quint32>(body.size());
+    auto claim = static_cast<quint32>(body.size());
     if (oneIn(8)) {
         // On both sides of the most that the stream can make.
         claim = below(static_cast<quint32>(stream.size()) * 2000 + 1);

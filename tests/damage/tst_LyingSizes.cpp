@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kMebibyte = 1024 * 1024;
 /// What opening any file takes besides: the file's buffer, the state of zlib, texts.
-constexpr std::size_t kOverhead = 256 * 1024;
+constexpr std::size_t kOverhead = 256 * std::size_t{1024};
 /// The most that a deflated byte can become.
 constexpr int kLargestExpansion = 1032;
 /// Generous enough for the slowest build: the checksum has to be computed over the whole block.
@@ -117,7 +117,7 @@ private slots:
             QVERIFY(!untouched.isNull());
         }
         QVERIFY(heapWatch::peak() >= std::size_t{kMebibyte});
-        QVERIFY(heapWatch::peak() < std::size_t{2 * kMebibyte});
+        QVERIFY(heapWatch::peak() < 2 * std::size_t{kMebibyte});
     }
 
     /// The block of 1 MiB has to be read for its checksum; nothing is set aside for its claim.
@@ -189,7 +189,7 @@ private slots:
         const QByteArray hostile = fuzz::envelope(wire::u32(claim) + zeroStream());
         const Opening refusal = open(hostile);
         QVERIFY(!refusal.isAccepted);
-        QVERIFY2(refusal.heap <= std::max<std::size_t>(claim, 2 * kZeros) + kOverhead,
+        QVERIFY2(refusal.heap <= std::max<std::size_t>(claim, 2 * std::size_t{kZeros}) + kOverhead,
                  qPrintable(tell(refusal)));
 
         const QByteArray sound = packageOfRules(kZeros / 66);
