@@ -35,7 +35,7 @@ private:
 
     struct Expectation
     {
-        QByteArray function;
+        QByteArray function; ///< Empty: all of them.
         QRegularExpression pattern;
     };
     std::vector<Expectation> m_expected;
