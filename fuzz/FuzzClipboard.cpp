@@ -265,6 +265,7 @@ void expectCopyRules(const QByteArray &bytes)
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-non-const-parameter): The engine gives it so.
 int LLVMFuzzerInitialize(int *argumentCount, char ***arguments)
 {
     (void)fuzz::scratchFolder();
