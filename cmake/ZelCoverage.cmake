@@ -9,7 +9,7 @@ set(reports)
 foreach(room IN LISTS rooms)
     list(APPEND reports
         COMMAND ${CMAKE_COMMAND} -E echo "--- ${room}"
-        COMMAND ${ZEL_GCOVR} --root ${PROJECT_SOURCE_DIR} --filter "${room}/" --exclude ".*_autogen.*"
+        COMMAND ${ZEL_GCOVR} --root ${PROJECT_SOURCE_DIR} --filter "${PROJECT_SOURCE_DIR}/${room}/" --exclude ".*_autogen.*"
             ${PROJECT_BINARY_DIR})
 endforeach()
 
@@ -19,6 +19,6 @@ add_custom_target(coverage
     COMMAND ${CMAKE_CTEST_COMMAND} --test-dir ${PROJECT_BINARY_DIR} -j 2 --output-on-failure
     ${reports}
     COMMAND ${CMAKE_COMMAND} -E echo "--- the whole program"
-    COMMAND ${ZEL_GCOVR} --root ${PROJECT_SOURCE_DIR} --filter "(${any_room})/"
+    COMMAND ${ZEL_GCOVR} --root ${PROJECT_SOURCE_DIR} --filter "${PROJECT_SOURCE_DIR}/(${any_room})/"
         --exclude ".*_autogen.*" ${PROJECT_BINARY_DIR}
     USES_TERMINAL VERBATIM)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the static analysis over all sources, or over those named. Warnings are errors.
+# Runs the static analysis over the program's sources, or over those named. Warnings are errors.
 #
 #   tools/analyse.sh [FILE.cpp...]
 set -euo pipefail
@@ -14,7 +14,7 @@ configure dev
 build dev
 
 if [ $# -eq 0 ]; then
-    mapfile -t files < <(git ls-files '*.cpp' ':!*_win.cpp' ':!fuzz' ':!benchmarks' ':!tests/windows')
+    mapfile -t files < <(git ls-files {common,models,tlv,widgets,views,app,tools}/'*.cpp' ':!*_win.cpp')
     set -- "${files[@]}"
 fi
 step "Analysing $# files"
