@@ -104,7 +104,6 @@ void tst_Main::window()
     QFETCH(QString, title);
 
     QProcess program;
-    program.setProcessChannelMode(QProcess::ForwardedChannels);
     program.start(QStringLiteral(ZEL_PROGRAM), arguments);
     QVERIFY(program.waitForStarted());
     QTRY_COMPARE_WITH_TIMEOUT(desktop::windowTitle(program.processId()), title, 20000);
@@ -113,6 +112,9 @@ void tst_Main::window()
     QVERIFY(program.waitForFinished());
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);
+    // No warning of the toolkit, nor anything else.
+    QCOMPARE(program.readAllStandardError(), QByteArray());
+    QCOMPARE(program.readAllStandardOutput(), QByteArray());
 }
 
 ZEL_CORE_TEST_MAIN(tst_Main)
