@@ -68,7 +68,7 @@ void DialogKeeper::look()
     }
 }
 
-void DialogKeeper::choose(QWidget *popup)
+void DialogKeeper::choose(QWidget *popup) const
 {
     const QPointer<QWidget> guard(popup);
     const QList<QAction *> actions = popup->actions();

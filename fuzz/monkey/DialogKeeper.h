@@ -30,7 +30,7 @@ public:
 private:
     void look();
     void answer(QDialog *dialog);
-    void choose(QWidget *popup);
+    void choose(QWidget *popup) const;
     void answerFileDialog(QFileDialog *dialog);
     void noteAnswer(const QFileDialog &dialog);
 

@@ -15,6 +15,8 @@
 #include <QLineEdit>
 #include <QSpinBox>
 
+#include <utility>
+
 namespace {
 
 const QString kProgram = QStringLiteral("ZEL File Creator");
@@ -46,11 +48,11 @@ QString literal(QString name)
 
 } // namespace
 
-MarkWitness::MarkWitness(ZelCreator *window, const QString &startPath, QObject *parent)
+MarkWitness::MarkWitness(ZelCreator *window, QString startPath, QObject *parent)
     : QObject(parent)
     , m_window(window)
     , m_message(window->findChild<QLabel *>(QStringLiteral("messageLabel")))
-    , m_path(startPath)
+    , m_path(std::move(startPath))
     , m_baseline(content())
     , m_titleBefore(window->windowTitle())
     , m_pathIsStale(m_titleBefore == kProgram)

@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QString>
-
 #include <QVariantList>
 
 class DialogKeeper;
@@ -18,7 +17,7 @@ class MarkWitness final : public QObject
 
 public:
     /// Begins to watch a window that was just built with @p startPath.
-    MarkWitness(ZelCreator *window, const QString &startPath, QObject *parent);
+    MarkWitness(ZelCreator *window, QString startPath, QObject *parent);
     ~MarkWitness() override;
 
     /// To be called before an event is sent to the window.
