@@ -24,5 +24,7 @@ export QTEST_FUNCTION_TIMEOUT=86400000
 export ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1
 export LSAN_OPTIONS=suppressions=$PWD/tests/support/leaks.supp:print_suppressions=0
 export UBSAN_OPTIONS=print_stacktrace=1
+# A line for each key would hide the rest.
+export QT_LOGGING_RULES='zel.*.debug=false'
 ZEL_MONKEY_EVENTS=$events ZEL_MONKEY_SEED=$seed \
     exec tests/support/on-desktop.sh "build/$preset/fuzz/monkey/tst_Monkey" -maxwarnings 0

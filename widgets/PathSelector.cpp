@@ -59,6 +59,12 @@ PathSelector::PathSelector(const QString &caption, PathKind kind, QWidget *paren
     connect(m_openFolderButton, &QPushButton::clicked, this, &PathSelector::openFolder);
 }
 
+PathSelector::~PathSelector()
+{
+    // The field is in focus until the base class ends, and would have its text checked then.
+    m_pathField->disconnect(this);
+}
+
 void PathSelector::setUpField()
 {
     m_captionLabel->setObjectName(QStringLiteral("captionLabel"));

@@ -35,6 +35,7 @@ public:
     Q_ENUM(PathKind)
 
     PathSelector(const QString &caption, PathKind kind, QWidget *parent = nullptr);
+    ~PathSelector() override;
 
     /// The path accepted last, not what is being typed.
     [[nodiscard]] QString path() const { return m_path; }

@@ -108,6 +108,7 @@ private slots:
     void anEmptyFieldGivesNoMessage_data();
     void anEmptyFieldGivesNoMessage();
     void leavingTheFieldChecks();
+    void theEndOfTheSelectorChecksNothing();
     void returnKeyChecks();
     void theFieldIsSilentWhileTheOutcomeIsReported();
     void pathChangedComesBeforeEditingFinished();
@@ -560,6 +561,18 @@ void tst_PathSelector::leavingTheFieldChecks()
 
     QTRY_COMPARE(m_form->selector->path(), m_file);
     QCOMPARE(m_form->finished.count(), 1);
+}
+
+void tst_PathSelector::theEndOfTheSelectorChecksNothing()
+{
+    QVERIFY(open(PathSelector::File));
+    m_form->selector->setFocus();
+    QTRY_VERIFY(m_form->field->hasFocus());
+
+    driver::enter(m_form->field, m_missing);
+    delete m_form->selector;
+
+    QCOMPARE(m_form->errors.count(), 0);
 }
 
 void tst_PathSelector::returnKeyChecks()
