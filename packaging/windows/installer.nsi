@@ -130,6 +130,11 @@ Section Uninstall
     !include "${FILES}"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR"
+    ; The folder of the user's programs, which the installer may have made: goes only when empty.
+    ${GetParent} "$INSTDIR" $0
+    ${If} $0 == "$LOCALAPPDATA\Programs"
+        RMDir "$0"
+    ${EndIf}
     ; What was unpacked from packages. SetShellVarContext has no say in the temporary folder.
     RMDir /r "$TEMP\Halvorn Drives\ZEL File Creator"
     RMDir "$TEMP\Halvorn Drives"

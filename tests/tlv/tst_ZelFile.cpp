@@ -1071,7 +1071,9 @@ void tst_ZelFile::extractionStaysInItsFolder()
             QDir(extractionFolder()).entryList(QDir::Files | QDir::Hidden | QDir::System);
         if (isWritten) {
             const QFileInfo info(extracted(file));
-            QVERIFY(files.contains(info.fileName()));
+            // A file system that takes a longer name may list it under a short one.
+            QVERIFY(files.contains(info.fileName()) || info.fileName().size() > 255);
+            QVERIFY(info.isFile());
             QCOMPARE(QDir::toNativeSeparators(info.canonicalPath()), extractionFolder());
             QCOMPARE(contents(extracted(file)), QByteArrayLiteral("image"));
         } else {

@@ -486,10 +486,10 @@ void tst_DrivenPopupWidget::windowStateChange()
 
     Stage stage;
     QVERIFY(stage.isReady());
-    QApplication::setActiveWindow(nullptr);
+    QWidget parent;
+    QVERIFY(showActive(parent));
     stage.showAtOnce();
     QVERIFY(stage.popup->isVisible());
-    QWidget parent;
     QWidget other(&parent, Qt::WindowFlags(windowType));
     other.setWindowModality(isModal ? Qt::ApplicationModal : Qt::NonModal);
     sendWindowStateChange(&other);
@@ -501,7 +501,8 @@ void tst_DrivenPopupWidget::windowStateChangeOfItsOwnPeopleLeavesItShown()
 {
     Stage stage;
     QVERIFY(stage.isReady());
-    QApplication::setActiveWindow(nullptr);
+    QWidget other;
+    QVERIFY(showActive(other));
     stage.showAtOnce();
     sendWindowStateChange(&stage.window);
     sendWindowStateChange(stage.popup);

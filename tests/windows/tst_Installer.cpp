@@ -23,6 +23,7 @@ namespace {
 const QString kUninstallKey =
     QStringLiteral("\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\ZelFileCreator");
 const QString kClassesKey = QStringLiteral("\\Software\\Classes\\");
+const QString kProgId = QStringLiteral("HalvornDrives.ZelFile");
 const QString kProgramName = QStringLiteral("ZEL File Creator");
 
 QString environmentFolder(const char *name)
@@ -42,6 +43,7 @@ struct Installation
 {
     QString option;
     QString hive;
+    HKEY hiveKey;
     QString folder;
     QString startMenu;
 
@@ -50,7 +52,7 @@ struct Installation
 
 Installation forAllUsers()
 {
-    return {QStringLiteral("/AllUsers"), QStringLiteral("HKEY_LOCAL_MACHINE"),
+    return {QStringLiteral("/AllUsers"), QStringLiteral("HKEY_LOCAL_MACHINE"), HKEY_LOCAL_MACHINE,
             environmentFolder("ProgramFiles") + QStringLiteral("/ZEL File Creator"),
             environmentFolder("ProgramData")
                 + QStringLiteral("/Microsoft/Windows/Start Menu/Programs")};
@@ -58,7 +60,7 @@ Installation forAllUsers()
 
 Installation forCurrentUser()
 {
-    return {QStringLiteral("/CurrentUser"), QStringLiteral("HKEY_CURRENT_USER"),
+    return {QStringLiteral("/CurrentUser"), QStringLiteral("HKEY_CURRENT_USER"), HKEY_CURRENT_USER,
             environmentFolder("LOCALAPPDATA") + QStringLiteral("/Programs/ZEL File Creator"),
             environmentFolder("APPDATA")
                 + QStringLiteral("/Microsoft/Windows/Start Menu/Programs")};
@@ -143,8 +145,9 @@ class OpenedProgram final
     Q_DISABLE_COPY_MOVE(OpenedProgram)
 
 public:
-    /// Opens @p file as a double click does.
-    explicit OpenedProgram(const QString &file)
+    /// Opens @p file as a double click does. Where the desktop overlooks the current user's file
+    /// types, as Wine 8 does, it is shown the one of @p installation.
+    OpenedProgram(const QString &file, const Installation &installation)
     {
         const QString native = QDir::toNativeSeparators(file);
         SHELLEXECUTEINFOW info = {};
@@ -152,7 +155,13 @@ public:
         info.fMask = SEE_MASK_NOCLOSEPROCESS | SEE_MASK_FLAG_NO_UI;
         info.lpFile = wideText(native);
         info.nShow = SW_SHOWNORMAL;
+        if (!registryValue(QStringLiteral("HKEY_CLASSES_ROOT\\.zel")).isValid()) {
+            const QString key = QStringLiteral("Software\\Classes\\") + kProgId;
+            info.fMask |= SEE_MASK_CLASSKEY;
+            RegOpenKeyExW(installation.hiveKey, wideText(key), 0, KEY_READ, &info.hkeyClass);
+        }
         ShellExecuteExW(&info);
+        RegCloseKey(info.hkeyClass);
         m_process = info.hProcess;
     }
     ~OpenedProgram() { CloseHandle(m_process); }
@@ -240,9 +249,8 @@ void tst_Installer::comesAndGoes()
 
     const QString program = QDir::toNativeSeparators(installation.program());
     const QString classes = installation.hive + kClassesKey;
-    QCOMPARE(registryValue(classes + QStringLiteral(".zel")).toString(),
-             QStringLiteral("HalvornDrives.ZelFile"));
-    const QString type = classes + QStringLiteral("HalvornDrives.ZelFile");
+    QCOMPARE(registryValue(classes + QStringLiteral(".zel")).toString(), kProgId);
+    const QString type = classes + kProgId;
     QCOMPARE(registryValue(type + QStringLiteral("\\DefaultIcon")).toString(),
              QStringLiteral("\"%1\",1").arg(program));
     QCOMPARE(registryValue(type + QStringLiteral("\\shell\\open")).toString(),
@@ -250,7 +258,7 @@ void tst_Installer::comesAndGoes()
     QCOMPARE(registryValue(type + QStringLiteral("\\shell\\open\\command")).toString(),
              QStringLiteral("\"%1\" \"%2\"").arg(program, QStringLiteral("%1")));
 
-    const OpenedProgram opened(m_package);
+    const OpenedProgram opened(m_package, installation);
     QTRY_COMPARE_WITH_TIMEOUT(desktop::windowTitle(opened.processId()), m_title, 30000);
     QCOMPARE(opened.path(), program);
     const QDir pictures(QStringLiteral(ZEL_PICTURES));
