@@ -3,6 +3,7 @@
 #include "app/ZelCreatorForm.h"
 #include "models/MaskValidationModel.h"
 #include "models/TokenValidationModel.h"
+#include "resources/ProgramIcon.h"
 #include "tlv/ZelFile.h"
 #include "views/RuleTableView.h"
 #include "widgets/CollapsibleGroupBox.h"
@@ -136,7 +137,7 @@ ZelCreator::ZelCreator(const QString &startPath, QWidget *parent)
     connectForm();
 
     setCentralWidget(m_form);
-    setWindowIcon(QIcon(QStringLiteral(":/ZelFile")));
+    setWindowIcon(programIcon(QStringLiteral(":/ZelFile")));
     setWindowTitle(kProgramName);
     setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::MinimumExpanding);
     setInitialSize();
@@ -216,7 +217,7 @@ void ZelCreator::createMenus()
         QMenu *menu = menuBar()->addMenu(entry.title);
         menu->setStyleSheet(menuStyle);
         for (const Row &row : entry.rows) {
-            QAction *action = menu->addAction(QIcon(row.icon), row.text, this, row.slot);
+            QAction *action = menu->addAction(programIcon(row.icon), row.text, this, row.slot);
             action->setObjectName(row.objectName);
             action->setShortcuts(row.shortcut);
         }

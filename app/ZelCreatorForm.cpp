@@ -1,5 +1,6 @@
 #include "app/ZelCreatorForm.h"
 
+#include "resources/ProgramIcon.h"
 #include "views/MaskValidationTableView.h"
 #include "views/TokenValidationTableView.h"
 #include "widgets/ButtonHoverWatcher.h"
@@ -107,8 +108,8 @@ ZelCreatorForm::ZelCreatorForm(QAbstractItemModel *maskModel, QAbstractItemModel
         QStringLiteral("QTabWidget:pane { border: %1px solid #dcdcdc; }").arg(m_scale.px(1))
         + QStringLiteral("QTabBar { color: #595959; } QTabBar::tab:!selected { font: normal; }"));
     tabWidget->tabBar()->setFont(emphasised(font(), QFont::Bold, 2));
-    tabWidget->addTab(createValidationPage(), tr("Pre-update Validation"));
-    tabWidget->addTab(createUpdatePage(), tr("Option Update"));
+    fillValidationPage(addPage(tr("Pre-update Validation")));
+    fillUpdatePage(addPage(tr("Option Update")));
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(m_scale.px(kPageMargin), 0, m_scale.px(kPageMargin), 0);
@@ -171,9 +172,15 @@ std::array<QWidget *, 8> ZelCreatorForm::clickAwayFields() const
             optionA.minimum, optionA.maximum, optionB.minimum,        optionB.maximum};
 }
 
-QWidget *ZelCreatorForm::createValidationPage()
+QWidget *ZelCreatorForm::addPage(const QString &title)
 {
-    auto *page = new QWidget(this);
+    auto *page = new QWidget(tabWidget);
+    tabWidget->addTab(page, title);
+    return page;
+}
+
+void ZelCreatorForm::fillValidationPage(QWidget *page)
+{
     auto *layout = new QVBoxLayout(page);
     layout->setSpacing(m_scale.px(kRowSpacing));
 
@@ -190,9 +197,10 @@ QWidget *ZelCreatorForm::createValidationPage()
                          QStringLiteral("maskValidationInfoBox"), tr("About mask validation"),
                          tr("Add a mask validation rule"), QStringLiteral("addMaskRuleButton"),
                          QStringLiteral("maskValidationTable"), tr("Mask validation rules"),
-                         &createView<MaskValidationTableView>}),
+                         &createView<MaskValidationTableView>},
+                        page),
         1);
-    layout->addWidget(createGap(4));
+    layout->addWidget(createGap(4, page));
 
     layout->addWidget(
         createRuleGroup(
@@ -206,23 +214,25 @@ QWidget *ZelCreatorForm::createValidationPage()
              QStringLiteral("tokenValidationInfoBox"), tr("About token validation"),
              tr("Add a token validation rule"), QStringLiteral("addTokenRuleButton"),
              QStringLiteral("tokenValidationTable"), tr("Token validation rules"),
-             &createView<TokenValidationTableView>}),
+             &createView<TokenValidationTableView>},
+            page),
         1);
-    layout->addWidget(createGap(4));
+    layout->addWidget(createGap(4, page));
 
-    layout->addWidget(createSoftwareVersionsGroup());
-    return page;
+    layout->addWidget(createSoftwareVersionsGroup(page));
 }
 
-QWidget *ZelCreatorForm::createRuleGroup(RuleSection &section, const RuleGroup &group)
+QWidget *ZelCreatorForm::createRuleGroup(RuleSection &section, const RuleGroup &group,
+                                         QWidget *parent)
 {
-    auto *widget = new QWidget(this);
+    auto *widget = new QWidget(parent);
     auto *title = new QLabel(group.title, widget);
     title->setStyleSheet(
         QStringLiteral("QLabel { font: bold %1px; color: #595959; }").arg(m_scale.px(14)));
-    section.infoBox = createInfoBox(group.infoBoxName, group.infoBoxAccessibleName, group.info);
+    section.infoBox =
+        createInfoBox(group.infoBoxName, group.infoBoxAccessibleName, group.info, widget);
 
-    const QIcon icon(QStringLiteral(":/Add"));
+    const QIcon icon = programIcon(QStringLiteral(":/Add"));
     section.addButton = new QToolButton(widget);
     section.addButton->setObjectName(group.addButtonName);
     section.addButton->setAccessibleName(group.addToolTip);
@@ -231,9 +241,9 @@ QWidget *ZelCreatorForm::createRuleGroup(RuleSection &section, const RuleGroup &
     section.addButton->setIconSize(QSize(m_scale.px(kAddIconSize), m_scale.px(kAddIconSize)));
     section.addButton->setAutoRaise(true);
     section.addButton->installEventFilter(
-        new ButtonHoverWatcher(icon, QIcon(QStringLiteral(":/AddHover")), section.addButton));
+        new ButtonHoverWatcher(icon, programIcon(QStringLiteral(":/AddHover")), section.addButton));
 
-    section.view = group.createTable(this);
+    section.view = group.createTable(widget);
     section.view->setObjectName(group.tableName);
     section.view->setAccessibleName(group.tableAccessibleName);
     section.view->setModel(section.proxy);
@@ -256,12 +266,12 @@ QWidget *ZelCreatorForm::createRuleGroup(RuleSection &section, const RuleGroup &
     return widget;
 }
 
-QGroupBox *ZelCreatorForm::createSoftwareVersionsGroup()
+QGroupBox *ZelCreatorForm::createSoftwareVersionsGroup(QWidget *parent)
 {
-    QGroupBox *group = createGroup(tr("Option Software Versions"));
+    QGroupBox *group = createGroup(tr("Option Software Versions"), parent);
     optionSoftwareVersionsInfoBox = createInfoBox(
         QStringLiteral("optionSoftwareVersionsInfoBox"), tr("About option software versions"),
-        tr("<p>Software version in the range of 00.00 to 99.99.</p>"));
+        tr("<p>Software version in the range of 00.00 to 99.99.</p>"), group);
 
     optionA.enabledMember = &tlv::SoftwareOptions::optionAEnabled;
     optionA.minimumMember = &tlv::SoftwareOptions::optionAMinimum;
@@ -273,31 +283,31 @@ QGroupBox *ZelCreatorForm::createSoftwareVersionsGroup()
     auto *layout = new QVBoxLayout(group);
     layout->setSpacing(m_scale.px(kRowSpacing));
     layout->addWidget(optionSoftwareVersionsInfoBox);
-    layout->addLayout(createOptionRow(optionA, tr("Option A"), QStringLiteral("optionA")));
-    layout->addLayout(createOptionRow(optionB, tr("Option B"), QStringLiteral("optionB")));
+    layout->addLayout(createOptionRow(optionA, tr("Option A"), QStringLiteral("optionA"), group));
+    layout->addLayout(createOptionRow(optionB, tr("Option B"), QStringLiteral("optionB"), group));
     return group;
 }
 
 QBoxLayout *ZelCreatorForm::createOptionRow(OptionFields &option, const QString &name,
-                                            const QString &objectName)
+                                            const QString &objectName, QWidget *parent)
 {
-    option.enabled = new QCheckBox(name, this);
+    option.enabled = new QCheckBox(name, parent);
     option.enabled->setObjectName(objectName + QStringLiteral("CheckBox"));
     option.enabled->setStyleSheet(QStringLiteral("QCheckBox { color: #595959; }"));
     option.enabled->setFont(emphasised(font(), QFont::Bold, 1));
     option.minimum =
         createVersionField(objectName + QStringLiteral("Minimum"),
-                           tr("%1 minimum version").arg(name), QStringLiteral("00.00"));
+                           tr("%1 minimum version").arg(name), QStringLiteral("00.00"), parent);
     option.maximum =
         createVersionField(objectName + QStringLiteral("Maximum"),
-                           tr("%1 maximum version").arg(name), QStringLiteral("99.99"));
+                           tr("%1 maximum version").arg(name), QStringLiteral("99.99"), parent);
 
     auto *row = new QHBoxLayout;
     row->setSpacing(m_scale.px(kColumnSpacing));
     row->addWidget(option.enabled);
     row->addStretch(1);
-    const auto addField = [this, row](const QString &text, QLineEdit *field) {
-        auto *label = new QLabel(text, this);
+    const auto addField = [parent, row](const QString &text, QLineEdit *field) {
+        auto *label = new QLabel(text, parent);
         label->setBuddy(field);
         row->addWidget(label);
         row->addWidget(field);
@@ -308,9 +318,10 @@ QBoxLayout *ZelCreatorForm::createOptionRow(OptionFields &option, const QString 
 }
 
 QLineEdit *ZelCreatorForm::createVersionField(const QString &objectName,
-                                              const QString &accessibleName, const QString &text)
+                                              const QString &accessibleName, const QString &text,
+                                              QWidget *parent)
 {
-    auto *field = new QLineEdit(text, this);
+    auto *field = new QLineEdit(text, parent);
     field->setObjectName(objectName);
     field->setAccessibleName(accessibleName);
     field->setValidator(createValidator(QStringLiteral("^\\d?\\d?\\.\\d?\\d?$"), field));
@@ -319,27 +330,25 @@ QLineEdit *ZelCreatorForm::createVersionField(const QString &objectName,
     return field;
 }
 
-QWidget *ZelCreatorForm::createUpdatePage()
+void ZelCreatorForm::fillUpdatePage(QWidget *page)
 {
-    auto *page = new QWidget(this);
     auto *layout = new QVBoxLayout(page);
     layout->setSpacing(m_scale.px(kRowSpacing));
-    layout->addWidget(createBinaryDataGroup());
-    layout->addWidget(createGap(7));
-    layout->addWidget(createSideValidationGroup());
+    layout->addWidget(createBinaryDataGroup(page));
+    layout->addWidget(createGap(7, page));
+    layout->addWidget(createSideValidationGroup(page));
     layout->addStretch(1);
-    return page;
 }
 
-QGroupBox *ZelCreatorForm::createBinaryDataGroup()
+QGroupBox *ZelCreatorForm::createBinaryDataGroup(QWidget *parent)
 {
-    QGroupBox *group = createGroup(tr("Binary Data"));
+    QGroupBox *group = createGroup(tr("Binary Data"), parent);
 
-    firmwarePath = new PathSelector(tr("Firmware"), PathSelector::File, this);
+    firmwarePath = new PathSelector(tr("Firmware"), PathSelector::File, group);
     firmwarePath->setObjectName(QStringLiteral("firmwarePath"));
     firmwarePath->setFileType(commonData::BinaryFile);
 
-    firmwareAddress = new FirmwareAddressLineEdit(this);
+    firmwareAddress = new FirmwareAddressLineEdit(group);
     firmwareAddress->setObjectName(QStringLiteral("firmwareAddress"));
     firmwareAddress->setLeadingText(QStringLiteral("0x"));
     firmwareAddress->setText(QStringLiteral("0"));
@@ -347,7 +356,7 @@ QGroupBox *ZelCreatorForm::createBinaryDataGroup()
         createValidator(QStringLiteral("^[A-Fa-f0-9]{1,8}$"), firmwareAddress));
     new ErrorMark(firmwareAddress);
 
-    binarySize = new QLineEdit(QStringLiteral("0"), this);
+    binarySize = new QLineEdit(QStringLiteral("0"), group);
     binarySize->setObjectName(QStringLiteral("binarySize"));
     binarySize->setEnabled(false);
 
@@ -358,13 +367,15 @@ QGroupBox *ZelCreatorForm::createBinaryDataGroup()
     return group;
 }
 
-QGroupBox *ZelCreatorForm::createSideValidationGroup()
+QGroupBox *ZelCreatorForm::createSideValidationGroup(QWidget *parent)
 {
-    QGroupBox *group = createGroup(tr("Option Side Validation"));
+    QGroupBox *group = createGroup(tr("Option Side Validation"), parent);
 
-    minimumHardwareVersion = createHardwareVersionField(QStringLiteral("minimumHardwareVersion"));
-    maximumHardwareVersion = createHardwareVersionField(QStringLiteral("maximumHardwareVersion"));
-    hardwareType = new HardwareTypeComboBox(this);
+    minimumHardwareVersion =
+        createHardwareVersionField(QStringLiteral("minimumHardwareVersion"), group);
+    maximumHardwareVersion =
+        createHardwareVersionField(QStringLiteral("maximumHardwareVersion"), group);
+    hardwareType = new HardwareTypeComboBox(group);
     hardwareType->setObjectName(QStringLiteral("hardwareType"));
     for (const HardwareTypeItem &item : kHardwareTypes) {
         hardwareType->addItem(QLatin1String(item.label), item.value);
@@ -377,9 +388,9 @@ QGroupBox *ZelCreatorForm::createSideValidationGroup()
     return group;
 }
 
-QSpinBox *ZelCreatorForm::createHardwareVersionField(const QString &objectName)
+QSpinBox *ZelCreatorForm::createHardwareVersionField(const QString &objectName, QWidget *parent)
 {
-    auto *field = new QSpinBox(this);
+    auto *field = new QSpinBox(parent);
     field->setObjectName(objectName);
     field->setRange(0, std::numeric_limits<int>::max());
     new ErrorMark(field);
@@ -392,11 +403,14 @@ QBoxLayout *ZelCreatorForm::createBottomRow()
     versionLabel->setObjectName(QStringLiteral("versionLabel"));
     saveButton = new QPushButton(tr("Save..."), this);
     saveButton->setObjectName(QStringLiteral("saveButton"));
-    buttonBox = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    buttonBox = new QDialogButtonBox(this);
     buttonBox->setObjectName(QStringLiteral("buttonBox"));
+    // Before there is a button: the icon would be looked for in the desktop's theme.
+    buttonBox->setStyleSheet(
+        QStringLiteral("QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }"));
+    buttonBox->setStandardButtons(QDialogButtonBox::Cancel);
 
     QPushButton *cancelButton = buttonBox->button(QDialogButtonBox::Cancel);
-    cancelButton->setIcon(QIcon());
     cancelButton->setFixedHeight(m_scale.px(kButtonHeight));
     saveButton->setFixedSize(cancelButton->sizeHint().width(), m_scale.px(kButtonHeight));
 
@@ -410,9 +424,9 @@ QBoxLayout *ZelCreatorForm::createBottomRow()
     return row;
 }
 
-QGroupBox *ZelCreatorForm::createGroup(const QString &title)
+QGroupBox *ZelCreatorForm::createGroup(const QString &title, QWidget *parent)
 {
-    auto *group = new QGroupBox(title, this);
+    auto *group = new QGroupBox(title, parent);
     group->setStyleSheet(
         QStringLiteral("QGroupBox { font: bold %1px; color: #595959; }").arg(m_scale.px(14)));
     return group;
@@ -420,11 +434,12 @@ QGroupBox *ZelCreatorForm::createGroup(const QString &title)
 
 CollapsibleGroupBox *ZelCreatorForm::createInfoBox(const QString &objectName,
                                                    const QString &accessibleName,
-                                                   const QString &text)
+                                                   const QString &text, QWidget *parent)
 {
-    auto *box = new CollapsibleGroupBox(
-        QStringLiteral(":/InfoExpanded"), QStringLiteral(":/InfoExpandedHover"),
-        QStringLiteral(":/InfoCollapsed"), QStringLiteral(":/InfoCollapsedHover"), QString(), this);
+    auto *box = new CollapsibleGroupBox(QStringLiteral(":/InfoExpanded"),
+                                        QStringLiteral(":/InfoExpandedHover"),
+                                        QStringLiteral(":/InfoCollapsed"),
+                                        QStringLiteral(":/InfoCollapsedHover"), QString(), parent);
     box->setObjectName(objectName);
     box->setAccessibleName(accessibleName);
     auto *label = new QLabel(text, box);
@@ -435,16 +450,16 @@ CollapsibleGroupBox *ZelCreatorForm::createInfoBox(const QString &objectName,
     return box;
 }
 
-QWidget *ZelCreatorForm::createGap(int designedHeight)
+QWidget *ZelCreatorForm::createGap(int designedHeight, QWidget *parent)
 {
-    auto *gap = new QWidget(this);
+    auto *gap = new QWidget(parent);
     gap->setFixedHeight(m_scale.px(designedHeight));
     return gap;
 }
 
 void ZelCreatorForm::addRow(QGridLayout *grid, int row, const QString &label, QWidget *field)
 {
-    auto *caption = new QLabel(label, this);
+    auto *caption = new QLabel(label, grid->parentWidget());
     caption->setBuddy(field);
     field->setFixedWidth(m_scale.px(kFieldWidth));
     grid->addWidget(caption, row, 0);

@@ -57,8 +57,8 @@ struct InfoBox
 };
 
 /// Widgets and layout of the window. What the widgets do is the window's affair; the form only
-/// names its parts. All of them are owned by the form, and are created in the order in which the
-/// Tab key visits them.
+/// names its parts. All of them are owned by the form. They are created in the order in which the
+/// Tab key visits them, and each where it stays: moving one later has all below it styled again.
 class ZelCreatorForm final : public QWidget
 {
     Q_DECLARE_TR_FUNCTIONS(ZelCreator)
@@ -102,24 +102,25 @@ public:
 private:
     struct RuleGroup;
 
-    QWidget *createValidationPage();
-    QWidget *createUpdatePage();
+    QWidget *addPage(const QString &title);
+    void fillValidationPage(QWidget *page);
+    void fillUpdatePage(QWidget *page);
     QBoxLayout *createBottomRow();
 
-    QWidget *createRuleGroup(RuleSection &section, const RuleGroup &group);
-    QGroupBox *createSoftwareVersionsGroup();
+    QWidget *createRuleGroup(RuleSection &section, const RuleGroup &group, QWidget *parent);
+    QGroupBox *createSoftwareVersionsGroup(QWidget *parent);
     QBoxLayout *createOptionRow(OptionFields &option, const QString &name,
-                                const QString &objectName);
+                                const QString &objectName, QWidget *parent);
     QLineEdit *createVersionField(const QString &objectName, const QString &accessibleName,
-                                  const QString &text);
-    QGroupBox *createBinaryDataGroup();
-    QGroupBox *createSideValidationGroup();
-    QSpinBox *createHardwareVersionField(const QString &objectName);
+                                  const QString &text, QWidget *parent);
+    QGroupBox *createBinaryDataGroup(QWidget *parent);
+    QGroupBox *createSideValidationGroup(QWidget *parent);
+    QSpinBox *createHardwareVersionField(const QString &objectName, QWidget *parent);
 
-    QGroupBox *createGroup(const QString &title);
+    QGroupBox *createGroup(const QString &title, QWidget *parent);
     CollapsibleGroupBox *createInfoBox(const QString &objectName, const QString &accessibleName,
-                                       const QString &text);
-    QWidget *createGap(int designedHeight);
+                                       const QString &text, QWidget *parent);
+    QWidget *createGap(int designedHeight, QWidget *parent);
     void addRow(QGridLayout *grid, int row, const QString &label, QWidget *field);
     void alignRows();
 

@@ -74,9 +74,12 @@ public:
 
 void CollapsibleGroupBoxPrivate::initialise()
 {
+    q->setStyleSheet(styleSheet());
+    // A box in a styled window gets no word of its new style sheet until it is shown, and the
+    // margins of its content are worked out here.
+    q->ensurePolished();
     q->setCheckable(true);
     savedMaximumHeight = q->maximumHeight();
-    q->setStyleSheet(styleSheet());
     QObject::connect(q, &QGroupBox::toggled, q, &CollapsibleGroupBox::expand);
 }
 

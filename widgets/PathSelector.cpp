@@ -1,6 +1,7 @@
 #include "widgets/PathSelector.h"
 
 #include "common/Paths.h"
+#include "resources/ProgramIcon.h"
 #include "widgets/ErrorMark.h"
 
 #include <QDesktopServices>
@@ -41,7 +42,8 @@ PathSelector::PathSelector(const QString &caption, PathKind kind, QWidget *paren
     , m_captionLabel(new QLabel(caption, this))
     , m_pathField(new QLineEdit(this))
     , m_browseButton(new QPushButton(QStringLiteral("..."), this))
-    , m_openFolderButton(new QPushButton(QIcon(QStringLiteral(":/OpenFolder")), QString(), this))
+    , m_openFolderButton(
+          new QPushButton(programIcon(QStringLiteral(":/OpenFolder")), QString(), this))
     , m_outerLayout(new QVBoxLayout(this))
     , m_filters({{commonData::AnyFile, tr("All Files (*.*)")},
                  {commonData::BinaryFile, tr("Binary Files (*.bin)")}})

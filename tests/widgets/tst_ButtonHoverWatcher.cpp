@@ -21,6 +21,18 @@ QIcon plainIcon(Qt::GlobalColor color)
     return {pixmap};
 }
 
+/// Moves the mouse to and fro around the middle of @p part, as a hand does, until the button shows
+/// @p icon. A desktop may lose one of two moves that follow each other at once.
+bool moveUntilShown(QWidget &part, const QToolButton &button, const QIcon &icon)
+{
+    int step = 0;
+    return QTest::qWaitFor([&] {
+        ++step;
+        QTest::mouseMove(&part, part.rect().center() + QPoint(step % 3, 0));
+        return button.icon().cacheKey() == icon.cacheKey();
+    });
+}
+
 /// Notes the enter and leave events that reach an object.
 class EventRecorder final : public QObject
 {
@@ -67,20 +79,19 @@ void tst_ButtonHoverWatcher::mouseOverTheButtonShowsTheHoverIcon()
 {
     QWidget window;
     window.resize(200, 200);
+    QWidget aside(&window);
+    aside.setGeometry(0, 0, 20, 20);
     QToolButton button(&window);
     button.setGeometry(80, 80, 40, 40);
     button.setIcon(m_normal);
     ButtonHoverWatcher watcher(m_normal, m_hover);
     button.installEventFilter(&watcher);
-    window.show();
-    QVERIFY(activate(window));
-    QTest::mouseMove(&window, QPoint(10, 10));
+    QVERIFY(showActive(window));
+    QVERIFY(moveUntilShown(aside, button, m_normal));
 
-    QTest::mouseMove(&button);
-    QTRY_COMPARE(button.icon().cacheKey(), m_hover.cacheKey());
+    QVERIFY(moveUntilShown(button, button, m_hover));
 
-    QTest::mouseMove(&window, QPoint(10, 10));
-    QTRY_COMPARE(button.icon().cacheKey(), m_normal.cacheKey());
+    QVERIFY(moveUntilShown(aside, button, m_normal));
 }
 
 void tst_ButtonHoverWatcher::enterAndLeaveAreConsumed()

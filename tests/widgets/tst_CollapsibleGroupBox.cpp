@@ -63,6 +63,7 @@ private slots:
     void startsExpanded();
     void withoutArgumentsItHasNoTitle();
     void styleSheet();
+    void hasItsMarginsInAStyledWindow();
 
     void collapsingHidesTheChildren();
     void expandingShowsTheChildren();
@@ -143,6 +144,18 @@ void tst_CollapsibleGroupBox::styleSheet()
     at144.replace(QStringLiteral("13px"), QStringLiteral("19px"));
 
     QCOMPARE(window.box->styleSheet(), window.logicalDpiX() == 144 ? at144 : at96);
+}
+
+void tst_CollapsibleGroupBox::hasItsMarginsInAStyledWindow()
+{
+    const CollapsibleGroupBox alone;
+    QWidget window;
+    window.setStyleSheet(QStringLiteral("QLabel { color: #595959; }"));
+    const CollapsibleGroupBox box(&window);
+
+    const int margin = Scale(box.logicalDpiX()).px(12.5);
+    QCOMPARE(box.contentsMargins(), QMargins(0, margin, margin, 0));
+    QCOMPARE(alone.contentsMargins(), box.contentsMargins());
 }
 
 void tst_CollapsibleGroupBox::collapsingHidesTheChildren()
