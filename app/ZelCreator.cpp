@@ -662,7 +662,8 @@ void ZelCreator::updateTitle()
 
 void ZelCreator::updateProjectStatus()
 {
-    if (m_filling) {
+    // A modified form has its title already.
+    if (m_filling || m_modified) {
         return;
     }
     m_modified = true;
