@@ -4,7 +4,7 @@
 #   benchmarks/run.sh [PATTERN]
 #
 # PATTERN selects the rows whose names match it; without one, all are measured, which takes about
-# ten minutes.
+# seven minutes on an idle machine.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
