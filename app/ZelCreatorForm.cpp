@@ -172,7 +172,7 @@ std::array<QWidget *, 8> ZelCreatorForm::clickAwayFields() const
             optionA.minimum, optionA.maximum, optionB.minimum,        optionB.maximum};
 }
 
-QWidget *ZelCreatorForm::addPage(const QString &title)
+QWidget *ZelCreatorForm::addPage(const QString &title) const
 {
     auto *page = new QWidget(tabWidget);
     tabWidget->addTab(page, title);
@@ -424,7 +424,7 @@ QBoxLayout *ZelCreatorForm::createBottomRow()
     return row;
 }
 
-QGroupBox *ZelCreatorForm::createGroup(const QString &title, QWidget *parent)
+QGroupBox *ZelCreatorForm::createGroup(const QString &title, QWidget *parent) const
 {
     auto *group = new QGroupBox(title, parent);
     group->setStyleSheet(
@@ -434,7 +434,7 @@ QGroupBox *ZelCreatorForm::createGroup(const QString &title, QWidget *parent)
 
 CollapsibleGroupBox *ZelCreatorForm::createInfoBox(const QString &objectName,
                                                    const QString &accessibleName,
-                                                   const QString &text, QWidget *parent)
+                                                   const QString &text, QWidget *parent) const
 {
     auto *box = new CollapsibleGroupBox(QStringLiteral(":/InfoExpanded"),
                                         QStringLiteral(":/InfoExpandedHover"),
@@ -450,7 +450,7 @@ CollapsibleGroupBox *ZelCreatorForm::createInfoBox(const QString &objectName,
     return box;
 }
 
-QWidget *ZelCreatorForm::createGap(int designedHeight, QWidget *parent)
+QWidget *ZelCreatorForm::createGap(int designedHeight, QWidget *parent) const
 {
     auto *gap = new QWidget(parent);
     gap->setFixedHeight(m_scale.px(designedHeight));

@@ -102,7 +102,7 @@ public:
 private:
     struct RuleGroup;
 
-    QWidget *addPage(const QString &title);
+    [[nodiscard]] QWidget *addPage(const QString &title) const;
     void fillValidationPage(QWidget *page);
     void fillUpdatePage(QWidget *page);
     QBoxLayout *createBottomRow();
@@ -117,10 +117,11 @@ private:
     QGroupBox *createSideValidationGroup(QWidget *parent);
     QSpinBox *createHardwareVersionField(const QString &objectName, QWidget *parent);
 
-    QGroupBox *createGroup(const QString &title, QWidget *parent);
-    CollapsibleGroupBox *createInfoBox(const QString &objectName, const QString &accessibleName,
-                                       const QString &text, QWidget *parent);
-    QWidget *createGap(int designedHeight, QWidget *parent);
+    [[nodiscard]] QGroupBox *createGroup(const QString &title, QWidget *parent) const;
+    [[nodiscard]] CollapsibleGroupBox *createInfoBox(const QString &objectName,
+                                                     const QString &accessibleName,
+                                                     const QString &text, QWidget *parent) const;
+    [[nodiscard]] QWidget *createGap(int designedHeight, QWidget *parent) const;
     void addRow(QGridLayout *grid, int row, const QString &label, QWidget *field);
     void alignRows();
 
